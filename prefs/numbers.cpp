@@ -1,0 +1,18 @@
+#include "prefs/numbers.h"
+
+#include <cstdlib>
+
+namespace velmorant
+{
+
+std::int32_t text_to_int32(const char *text)
+{
+    return static_cast<std::int32_t>(std::strtoll(text, nullptr, 10));
+}
+
+float text_to_float(const char *text)
+{
+    return static_cast<float>(std::strtod(text, nullptr));
+}
+
+} // namespace velmorant

@@ -1,0 +1,39 @@
+#pragma once
+
+// Settings by key in a preference file. The files complete themselves: whoever asks for a key that
+// the file lacks appends it with its default, so that after the first run a file lists every
+// setting, in the order in which the program asks.
+//
+// Every call opens the file, reads it from the top and closes it; the first line that holds the key
+// (see `test_strings`) supplies the value. A file that can't be opened, to read or to append, ends
+// the run with "can't open " and the path.
+
+#include "prefs/preference_line.h"
+
+#include <cstdint>
+#include <span>
+
+namespace velmorant
+{
+
+// Copies the first line that holds the key, its line end included, into `line_out` and returns
+// true; without such a line `line_out` becomes empty and the result is false.
+bool check_preference_file(const char *path, const char *key, Line &line_out);
+
+// The value of a key, extracted as by the get_..._strings procedure of the same type, with its
+// endings. For a missing key they print "'KEY' created in PATH...",
+// append one line at the very end of the file (no line end is put before it) and return the default
+// itself:
+//   string   KEY:= "TEXT"
+//   float    KEY:= %f    (six decimals)
+//   integer  KEY:= %d
+// value_out: zero-filled by the caller; a default is copied with its terminator.
+void preference_string_strings(const char *path, std::span<char> value_out, const char *key,
+                               const char *default_text);
+float preference_float_strings(const char *path, const char *key, float default_value);
+std::int32_t preference_int_strings(const char *path, const char *key, std::int32_t default_value);
+// The default is narrowed to its low 16 bits before it is written and returned.
+std::int16_t preference_short_int_strings(const char *path, const char *key,
+                                          std::int32_t default_value);
+
+} // namespace velmorant

@@ -1,0 +1,29 @@
+#pragma once
+
+// The two preference files of a run and the settings that they fill (prefs/settings.h). A file that
+// does not exist is announced ("PATH does not exist...") and created, and missing keys are appended
+// with their defaults in the order of the set. A file that can't be created ends the run with
+// "can't create " and the path; whatever a look-up finds wrong ends it as prefs/preference_file.h
+// says.
+
+#include "prefs/text.h"
+
+namespace velmorant
+{
+
+// Reads the package-wide set from GLOBAL.prf.
+// directory: the program directory, empty or ending in "/". A path of more than 254 characters ends
+// the run with "file name too long: " and the path.
+void read_global_preference(const char *directory);
+
+// The program's own preference file: the program path as invoked, with ".prf" behind it; too long a
+// name as above.
+void get_local_preference_name(const char *program_path, Text &name_out);
+
+// Reads the program's own set. The palette's default is "rainbow.plt" in the working directory, as
+// an absolute path, whether it is needed or not: without a working directory the run ends with
+// "can't get directory path", and one of more than 242 characters, which leaves no room for the
+// name, aborts it before any key is read.
+void read_local_preference(const char *path);
+
+} // namespace velmorant
