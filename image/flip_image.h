@@ -1,0 +1,21 @@
+#pragma once
+
+#include "image/image_header.h"
+
+#include <cstdint>
+
+namespace velmorant
+{
+
+// Turns one volume in place from its file's orientation to the standard one, or back: each flag
+// that is 0 reverses its axis (x, y, z in this order), any other value leaves the axis as it is.
+// Each reversal is its own inverse. Ends the run with "internal flag error" when all three flags
+// are neither 0 nor 1.
+void flip_image(float *buffer, const ImageHeader &header, std::int32_t right_on_left,
+                std::int32_t anterior_to_posterior, std::int32_t superior_to_inferior);
+
+// The same for each of the num_frames * (num_beds + 1) volumes that follow one another in `buffer`.
+void flip_image_multiframe(float *buffer, const ImageHeader &header, std::int32_t right_on_left,
+                           std::int32_t anterior_to_posterior, std::int32_t superior_to_inferior);
+
+} // namespace velmorant

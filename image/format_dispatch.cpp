@@ -1,0 +1,55 @@
+#include "image/format_dispatch.h"
+
+#include "image/raw_header.h"
+#include "image/raw_reader.h"
+#include "prefs/error_report.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace velmorant
+{
+
+static constexpr std::string_view EcatKeyword = "CTI6";
+static constexpr std::array<std::string_view, 4> RawKeywords{"SHORTINT2B", "SHORTINT2L", "FLOATB",
+                                                             "FLOATL"};
+
+[[noreturn]] static void report_unsupported_format()
+{
+    print_error_message(1, "unspecified or unsupported file format");
+}
+
+// ECAT 6 files have a keyword, but no reader in this version.
+static void refuse_ecat(const char *keyword)
+{
+    if (keyword == EcatKeyword) {
+        print_error_message(1, "ECAT 6 files (CTI6) can't be read by this version");
+    }
+}
+
+void read_header(const char *header_name, ImageHeader &header, const char *keyword)
+{
+    refuse_ecat(keyword);
+    if (std::ranges::find(RawKeywords, keyword) == RawKeywords.end()) {
+        report_unsupported_format();
+    }
+    read_header_binary(header_name, header);
+}
+
+void read_image_planes(const char *image_name, float *buffer, const ImageHeader &header,
+                       const ImageMatrix &selector, const char *keyword)
+{
+    refuse_ecat(keyword);
+    switch (static_cast<Element>(header.data_format)) {
+    case Element::SignedShort:
+        return read_image_planes_binary(image_name, buffer, header, selector);
+    case Element::UnsignedShort:
+        return read_image_planes_binary_unsigned(image_name, buffer, header, selector);
+    case Element::Float:
+        return read_image_planes_binary_float(image_name, buffer, header, selector);
+    }
+    report_unsupported_format();
+}
+
+} // namespace velmorant

@@ -1,0 +1,95 @@
+#pragma once
+
+// The one description of an image in memory, and the selector of a volume or plane in its file.
+//
+// Pixel buffer: one volume is x_dim * y_dim * num_slices 32-bit floats in one block, x fastest,
+// then y, then slice; pixel (x, y, z), counted from 0, is element z * (x_dim * y_dim) + y * x_dim +
+// x. Readers fill it in the standard orientation (the subject's right on the image's left, rows
+// from anterior to posterior, slices from superior to inferior) and in the image's real units. The
+// caller allocates it, sized by `image_size`, and owns it.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace velmorant
+{
+
+struct ImageHeader {
+    std::int32_t num_frames; // time frames in the file
+    std::int32_t num_slices; // slices (planes) of one volume
+    std::int32_t num_gates;
+    std::int32_t num_data;
+    std::int32_t num_beds; // bed positions after the first: a file holds num_beds + 1 beds
+    std::int32_t x_dim;    // pixels per row
+    std::int32_t y_dim;    // rows per slice
+    float pixel_size_x;    // mm
+    float pixel_size_y;    // mm
+    float slice_thickness; // mm
+    float pixel_scaling;   // real value of a stored 16-bit 32700 (raw formats)
+    // Orientation of the file, axis by axis: 1 = as in the standard orientation, 0 = reversed.
+    std::int32_t right_on_left;
+    std::int32_t anterior_to_posterior;
+    std::int32_t superior_to_inferior;
+    std::int32_t data_offset; // bytes before the first volume of a raw data file
+    std::int32_t byte_order;  // 1 = big-endian, 0 = little-endian
+    std::int32_t data_format; // 1 = signed 16-bit, 2 = unsigned 16-bit, 3 = 32-bit float
+};
+
+// One matrix of a file. Frames, planes and gates count from 1, data sets and beds from 0.
+struct ImageMatrix {
+    std::int32_t frame;
+    std::int32_t plane;
+    std::int32_t gate;
+    std::int32_t data;
+    std::int32_t bed;
+};
+
+// The older layouts: the first seven integers of a header, and its pixel size (x and y alike) and
+// slice thickness in mm; the five integers of a selector.
+using OldHeaderIntegers = std::array<std::int32_t, 7>;
+using OldHeaderSizes = std::array<float, 2>;
+using OldImageMatrix = std::array<std::int32_t, 5>;
+
+// Number of pixels of one volume: y_dim * x_dim * num_slices modulo 2^32. Exact for every geometry
+// that passes `check_image_geometry`.
+std::size_t image_size(const ImageHeader &header);
+
+// Number of pixels of one volume, or the end of the run: a negative dimension, or more pixels than
+// a signed 32-bit count can say, is reported as "illegal image dimensions 65536 x 65536 x 1". All
+// that touches a pixel buffer takes its extent from here.
+std::size_t checked_image_size(const ImageHeader &header);
+
+// Number of volumes of a file, num_frames * (num_beds + 1), or the end of the run where it is
+// negative or all volumes together are more pixels than a signed 32-bit count can say:
+// "illegal number of frames and beds: 2 and 70000".
+std::size_t checked_volume_count(const ImageHeader &header);
+
+// The check of `checked_image_size` for a header just read, the report followed by " in " and the
+// file's name.
+void check_image_geometry(const ImageHeader &header, const char *file_name);
+
+void copy_ImageHeader(const ImageHeader &source, ImageHeader &destination);
+
+// Whether two headers describe the same geometry: the seven leading integers (without: only
+// num_slices, x_dim and y_dim) are equal, and each of the three sizes differs by no more than
+// 1e-20, which amounts to exact equality. Scaling, orientation and storage are not compared.
+bool compare_ImageHeader(const ImageHeader &a, const ImageHeader &b);
+bool compare_ImageHeader_without_frame_gate_data_or_bed(const ImageHeader &a, const ImageHeader &b);
+
+// Prints dimensions, pixel sizes, frames and beds as one line on standard output.
+void print_image_matrix_size(const ImageHeader &header);
+
+// Frame 1, plane 1, gate 1, data set 0, bed 0.
+void create_standard_image_matrix(ImageMatrix &selector);
+
+// From and to the older layouts. What an older header lacks becomes: scaling 0, standard
+// orientation, offset 0, big-endian, signed 16-bit. The older layout has one pixel size, x; where y
+// differs (a NaN always does) "*** Warning: Inconsistent x-y pixel size ***" is printed.
+void convert_header_old_to_new(const OldHeaderIntegers &old_ints, const OldHeaderSizes &old_sizes,
+                               ImageHeader &header);
+void convert_header_new_to_old(const ImageHeader &header, OldHeaderIntegers &old_ints,
+                               OldHeaderSizes &old_sizes);
+void convert_imagematrix_old_to_new(const OldImageMatrix &old_matrix, ImageMatrix &new_matrix);
+
+} // namespace velmorant

@@ -1,0 +1,126 @@
+#include "image/raw_reader.h"
+
+#include "image/byte_order.h"
+#include "image/flip_image.h"
+#include "image/raw_header.h"
+#include "prefs/error_report.h"
+#include "prefs/file_handle.h"
+
+#include <algorithm>
+#include <span>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace velmorant
+{
+
+static_assert(sizeof(off_t) == 8, "volumes may begin beyond 2 GiB");
+
+// Bytes that are read and converted at a time: they stay in the cache between the two.
+static constexpr std::size_t PieceBytes = 262144;
+
+// The pixel that a stored word stands for. Stored: std::int16_t, std::uint16_t or float.
+template <class Stored, class Word>
+static float pixel_value(Word word, float factor)
+{
+    if constexpr (std::is_same_v<Stored, float>) {
+        return std::bit_cast<float>(word);
+    } else {
+        return static_cast<float>(static_cast<Stored>(word)) * factor;
+    }
+}
+
+template <std::endian Order, class Stored>
+static void decode(const std::uint8_t *bytes, std::span<float> pixels, float factor)
+{
+    using Word = std::conditional_t<sizeof(Stored) == 2, std::uint16_t, std::uint32_t>;
+    for (std::size_t i = 0; i < pixels.size(); ++i) {
+        const Word word = load_word<Order, Word>(bytes + i * sizeof(Word));
+        pixels[i] = pixel_value<Stored>(word, factor);
+    }
+}
+
+// Moves the file to the first byte of the selected volume.
+static void seek_volume(std::FILE *file, const char *image_name, const ImageHeader &header,
+                        const ImageMatrix &selector, std::size_t volume_bytes)
+{
+    // At most 2^63 volumes of at most 2^33 bytes: the index fits 64 bits, the offset may not.
+    const std::int64_t index =
+        std::int64_t{header.num_frames} * selector.bed + (std::int64_t{selector.frame} - 1);
+    std::int64_t offset = 0;
+    const bool overflow =
+        __builtin_mul_overflow(index, static_cast<std::int64_t>(volume_bytes), &offset) ||
+        __builtin_add_overflow(offset, std::int64_t{header.data_offset}, &offset);
+    if (overflow || offset < 0 || fseeko(file, offset, SEEK_SET) != 0) {
+        const std::string volume = "(frame " + std::to_string(selector.frame) + ", bed " +
+                                   std::to_string(selector.bed) + ") in ";
+        print_error_message(3, "illegal volume ", volume.c_str(), image_name);
+    }
+}
+
+// Fills the pixels from the file piece by piece, and with zeros from its last whole element on.
+template <std::endian Order, class Stored>
+static void read_pixels(std::FILE *file, const char *image_name, std::span<float> pixels,
+                        float factor)
+{
+    std::vector<std::uint8_t> piece(std::min(pixels.size() * sizeof(Stored), PieceBytes));
+    while (!pixels.empty()) {
+        const std::size_t wanted = std::min(pixels.size(), PieceBytes / sizeof(Stored));
+        const std::size_t got = std::fread(piece.data(), sizeof(Stored), wanted, file);
+        decode<Order, Stored>(piece.data(), pixels.first(got), factor);
+        pixels = pixels.subspan(got);
+        if (got < wanted) {
+            break;
+        }
+    }
+    if (std::ferror(file) != 0) {
+        print_error_message(2, "can't read ", image_name);
+    }
+    std::fill(pixels.begin(), pixels.end(), 0.0F);
+}
+
+template <class Stored>
+static void read_volume(const char *image_name, float *buffer, const ImageHeader &header,
+                        const ImageMatrix &selector)
+{
+    const File_Handle file = open_or_report(image_name, "rb");
+    const std::span pixels(buffer, checked_image_size(header));
+    seek_volume(file.get(), image_name, header, selector, pixels.size() * sizeof(Stored));
+    // Large reads go past the stream's own buffer; reading ahead into it would be work for nothing.
+    std::setvbuf(file.get(), nullptr, _IONBF, 0);
+
+    const float factor = header.pixel_scaling / 32700.0F;
+    if (!pixels.empty()) {
+        check_byte_order(header);
+    }
+    if (header.byte_order == 1) {
+        read_pixels<std::endian::big, Stored>(file.get(), image_name, pixels, factor);
+    } else {
+        read_pixels<std::endian::little, Stored>(file.get(), image_name, pixels, factor);
+    }
+    flip_image(buffer, header, header.right_on_left, header.anterior_to_posterior,
+               header.superior_to_inferior);
+}
+
+void read_image_planes_binary(const char *image_name, float *buffer, const ImageHeader &header,
+                              const ImageMatrix &selector)
+{
+    read_volume<std::int16_t>(image_name, buffer, header, selector);
+}
+
+void read_image_planes_binary_unsigned(const char *image_name, float *buffer,
+                                       const ImageHeader &header, const ImageMatrix &selector)
+{
+    read_volume<std::uint16_t>(image_name, buffer, header, selector);
+}
+
+void read_image_planes_binary_float(const char *image_name, float *buffer,
+                                    const ImageHeader &header, const ImageMatrix &selector)
+{
+    read_volume<float>(image_name, buffer, header, selector);
+}
+
+} // namespace velmorant
