@@ -1,0 +1,91 @@
+#include "app/montage.h"
+
+#include "prefs/error_report.h"
+
+#include <algorithm>
+#include <string>
+
+namespace velmorant
+{
+
+static void check_positive(std::int32_t value, const char *message)
+{
+    if (value < 1) {
+        print_error_message(2, message, std::to_string(value).c_str());
+    }
+}
+
+MontageGrid lay_out_montage(std::int32_t num_slices, std::int32_t columns, std::int32_t slice_width,
+                            std::int32_t slice_height)
+{
+    check_positive(columns, "Illegal NumColumn: ");
+    check_positive(slice_width, "Illegal slice_width: ");
+    check_positive(slice_height, "Illegal slice_height: ");
+    return {.columns = columns,
+            .slice_width = slice_width,
+            .slice_height = slice_height,
+            .rows = num_slices / columns + (num_slices % columns == 0 ? 0 : 1)};
+}
+
+std::uint8_t palette_index(float value, const PixelRange &range)
+{
+    const float index = (value - range.bottom) / (range.top - range.bottom) * 254.0F;
+    // Held within the palette before it is converted. A NaN is not above 0.
+    const float above = index > 0.0F ? index : 0.0F;
+    const float held = above < 254.0F ? above : 254.0F;
+    return static_cast<std::uint8_t>(static_cast<std::int32_t>(held));
+}
+
+// Places a slice of `extent` pixels in a tile of `tile` pixels along one axis: the tile shows the
+// source pixels from `source` on in its pixels from `first` to, without, `last`.
+struct Placement {
+    std::int32_t source;
+    std::int32_t first;
+    std::int32_t last;
+};
+
+static Placement centre(std::int32_t extent, std::int32_t tile)
+{
+    const std::int32_t edge = extent / 2 - tile / 2;
+    const std::int32_t first = std::clamp(-edge, 0, tile);
+    return {.source = edge + first, .first = first, .last = std::clamp(extent - edge, first, tile)};
+}
+
+static void map_pixels(std::span<const float> pixels, const PixelRange &range,
+                       std::uint8_t *indices)
+{
+    for (std::size_t i = 0; i < pixels.size(); ++i) {
+        indices[i] = palette_index(pixels[i], range);
+    }
+}
+
+static const float *pixel_address(const float *volume, const ImageHeader &header, std::int32_t x,
+                                  std::int32_t y, std::int32_t slice)
+{
+    const auto row = std::int64_t{slice} * header.y_dim + y;
+    return volume + (row * header.x_dim + x);
+}
+
+void render_montage_row(const float *volume, const ImageHeader &header, const MontageGrid &grid,
+                        const PixelRange &range, std::int32_t row, std::span<std::uint8_t> indices)
+{
+    const std::uint8_t margin = palette_index(0.0F, range);
+    const Placement across = centre(header.x_dim, grid.slice_width);
+    const Placement down = centre(header.y_dim, grid.slice_height);
+    const std::int32_t tile_y = row % grid.slice_height;
+    const bool has_pixels = tile_y >= down.first && tile_y < down.last;
+    const std::int32_t source_y = down.source + (tile_y - down.first);
+
+    std::ranges::fill(indices, margin);
+    const std::int32_t first_slice = row / grid.slice_height * grid.columns;
+    const std::int32_t end_slice = std::min(header.num_slices - first_slice, grid.columns);
+    for (std::int32_t column = 0; has_pixels && column < end_slice; ++column) {
+        const float *source =
+            pixel_address(volume, header, across.source, source_y, first_slice + column);
+        const std::int32_t start = column * grid.slice_width + across.first;
+        map_pixels({source, static_cast<std::size_t>(across.last - across.first)}, range,
+                   indices.data() + start);
+    }
+}
+
+} // namespace velmorant

@@ -1,0 +1,46 @@
+#pragma once
+
+// The montage: all slices of a volume side by side, each centred in a tile of its own, and every
+// pixel mapped to a palette index.
+
+#include "image/image_header.h"
+
+#include <cstdint>
+#include <span>
+
+namespace velmorant
+{
+
+// The grid, in pixels. Slice s is in tile row s / columns and tile column s % columns.
+struct MontageGrid {
+    std::int32_t columns;
+    std::int32_t slice_width;
+    std::int32_t slice_height;
+    std::int32_t rows; // as many tile rows as the slices need
+};
+
+// Lays out `num_slices` slices.
+// Ends the run with "Illegal NumColumn: ", "Illegal slice_width: " or "Illegal slice_height: " and
+// the value where one is below 1.
+MontageGrid lay_out_montage(std::int32_t num_slices, std::int32_t columns, std::int32_t slice_width,
+                            std::int32_t slice_height);
+
+// Which pixel values the ends of the palette stand for.
+struct PixelRange {
+    float bottom; // index 0
+    float top;    // index 254
+};
+
+// The palette index of a pixel value: (value - bottom) / (top - bottom) * 254 in single precision,
+// truncated and held within 0 and 254. What is no number gives 0.
+std::uint8_t palette_index(float value, const PixelRange &range);
+
+// Computes the palette indices of one picture row, without the scale bar.
+// volume: the pixels of all slices, see image/image_header.h.
+// row: from 0 to rows * slice_height - 1.
+// indices: columns * slice_width bytes.
+// Where a tile shows no pixel of a slice it shows the value 0.0.
+void render_montage_row(const float *volume, const ImageHeader &header, const MontageGrid &grid,
+                        const PixelRange &range, std::int32_t row, std::span<std::uint8_t> indices);
+
+} // namespace velmorant

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace velmorant
+{
+
+// Palette indices of the image pixels run from 0 to 254: entry 255 is never used.
+inline constexpr std::int32_t TopIndex = 254;
+
+// The colours of the palette's 256 indices; zero at start.
+inline constexpr std::size_t PaletteEntries = 256;
+inline std::array<std::uint8_t, PaletteEntries> red, green, blue;
+
+// Fills the three tables from a palette file: 256 red, 256 green and 256 blue bytes and nothing
+// before them; what follows is ignored. Only the very last byte may be missing and counts as 0.
+// Ends the run with "Can't open color palette" or, for a shorter file, "Incomplete color palette".
+void load_palette(const char *path);
+
+} // namespace velmorant

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "app/montage.h"
+#include "image/image_header.h"
+
+#include <cstdint>
+
+namespace velmorant
+{
+
+// Everything that shapes a picture besides the volume and the palette.
+struct PictureStyle {
+    MontageGrid grid;
+    PixelRange range;
+    bool gray;              // gray levels are the palette indices themselves
+    bool scale_bar;         // a strip of bar_width columns to the right of the montage
+    std::int32_t bar_width; // pixels; below 1 nothing is drawn, but a negative width still narrows
+                            // the picture
+    float bar_length;       // fraction of the picture's height
+};
+
+// Renders a volume row by row into an uncompressed TIFF file, 8 bits a sample: gray, or RGB through
+// the tables of app/palette.h.
+//
+// Ends the run with "illegal picture size " and the size, before the file is touched, where width
+// or height are not within 1 and 32767: pictures hold them as signed 16-bit integers. Ends it with
+// "Can't write tiff file" where the file can't be created. When a row can't be written the rest is
+// left out without a word.
+void write_picture(const char *tiff_name, const float *volume, const ImageHeader &header,
+                   const PictureStyle &style);
+
+} // namespace velmorant
