@@ -1,0 +1,97 @@
+#include "app/command_line.h"
+#include "app/montage.h"
+#include "app/palette.h"
+#include "app/scale_bar.h"
+#include "tests/support/files.h"
+#include "tests/support/process.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <limits>
+#include <string>
+
+using namespace velmorant;
+using test::ending;
+
+static constexpr float Infinity = std::numeric_limits<float>::infinity();
+static constexpr float NotANumber = std::numeric_limits<float>::quiet_NaN();
+
+TEST(PaletteIndex, IsTruncatedAndHeldWithinThePalette)
+{
+    constexpr struct {
+        float value, bottom, top;
+        int index;
+    } cases[] = {
+        {1000.0F, 0.0F, 1000.0F, 254}, {999.0F, 0.0F, 1000.0F, 253}, {3.9F, 0.0F, 1000.0F, 0},
+        {1001.0F, 0.0F, 1000.0F, 254}, {-1e10F, 0.0F, 1000.0F, 0},   {0.0F, -100.0F, 900.0F, 25},
+        {5.0F, 10.0F, 0.0F, 127},      {Infinity, 0.0F, 1.0F, 254},  {-Infinity, 0.0F, 1.0F, 0},
+        {NotANumber, 0.0F, 1.0F, 0},   {1.0F, 0.0F, 0.0F, 254},      {0.0F, 0.0F, 0.0F, 0},
+        {1.0F, 0.0F, Infinity, 0},     {1e38F, -3e38F, 3e38F, 0},    {1.0F, 0.0F, -1.0F, 0},
+    };
+    for (const auto &row : cases) {
+        EXPECT_EQ(palette_index(row.value, {row.bottom, row.top}), row.index) << row.value;
+    }
+}
+
+TEST(ScaleBar, RunsFromTheTopOfThePaletteDownBetweenItsEnds)
+{
+    constexpr struct {
+        std::int32_t height;
+        float fraction;
+        std::int32_t row;
+        int index, gray;
+    } cases[] = {
+        {256, 0.5F, 0, 0, 0},       {256, 0.5F, 64, 0, 0},       {256, 0.5F, 65, 252, 253},
+        {256, 0.5F, 128, 127, 127}, {256, 0.5F, 191, 1, 1},      {256, 0.5F, 192, 0, 0},
+        {100, 1.0F, 0, 0, 0},       {100, 1.0F, 1, 251, 252},    {100, 1.0F, 99, 2, 2},
+        {256, 50.0F, 0, 129, 130},  {256, 50.0F, 255, 124, 124}, {256, 0.0F, 128, 0, 0},
+        {256, -1.0F, 128, 0, 0},    {256, NotANumber, 9, 0, 0},  {256, Infinity, 9, 127, 127},
+    };
+    for (const auto &row : cases) {
+        const ScaleBar bar = place_scale_bar(row.height, row.fraction);
+        EXPECT_EQ(scale_bar_index(bar, row.row), row.index) << row.fraction << " row " << row.row;
+        EXPECT_EQ(scale_bar_gray(bar, row.row), row.gray) << row.fraction << " row " << row.row;
+    }
+}
+
+TEST(Palette, OnlyItsVeryLastByteMayBeMissing)
+{
+    const test::Empty_Folder folder;
+    std::string bytes;
+    for (int i = 0; i < 768; ++i) {
+        bytes += static_cast<char>(i / 256 + 1);
+    }
+    test::write_file("p", bytes.substr(0, 767));
+    load_palette("p");
+    EXPECT_EQ((std::array<int, 5>{red[0], red[255], green[255], blue[254], blue[255]}),
+              (std::array{1, 1, 2, 3, 0}));
+    test::write_file("p", bytes + "ignored");
+    load_palette("p");
+    EXPECT_EQ(blue[255], 3);
+    test::write_file("p", bytes.substr(0, 766));
+    EXPECT_EQ(ending([] { load_palette("p"); }), "status 0: Incomplete color palette\n");
+}
+
+// The arguments of a line, each in brackets.
+static std::string split(const std::string &line)
+{
+    std::array<char *, MostParsedArguments + 1> argv{};
+    const std::int32_t count = parse_args(line.c_str(), argv);
+    std::string arguments;
+    for (std::size_t i = 1; i < static_cast<std::size_t>(count); ++i) {
+        arguments.append("[").append(argv.at(i)).append("]");
+    }
+    return arguments;
+}
+
+TEST(ParseArgs, SplitsAtBlanksOutsideOfQuotes)
+{
+    EXPECT_EQ(split("   "), "");
+    EXPECT_EQ(split("  a  bc "), "[a][bc]");
+    EXPECT_EQ(split("a\"b c\"d \"it's\" 'say \"x\"'"), "[ab cd][it's][say \"x\"]");
+    EXPECT_EQ(split("\"\" a \"open end"), "[][a][open end]");
+    EXPECT_TRUE(split("1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20 21 22 23 24 25")
+                    .ends_with("[23][24]"));
+    EXPECT_EQ(ending([] { split(std::string(1024, 'x')); }), "status 0: command line too long\n");
+}

@@ -1,0 +1,127 @@
+#include "image/allocate.h"
+#include "image/flip_image.h"
+#include "image/image_header.h"
+#include "tests/support/process.h"
+#include "tests/support/raw_study.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <limits>
+#include <numeric>
+#include <string>
+#include <vector>
+
+using namespace velmorant;
+using test::ending;
+
+// Every field has a value of its own.
+static constexpr ImageHeader Distinct{101,  2,    103, 104, 105, 6,  7,  1.5F, 2.5F,
+                                      3.5F, 4.5F, 12,  13,  14,  15, 16, 17};
+
+TEST(ImageHeader, ComparesGeometryOnly)
+{
+    // What the comparisons with and without frames, gates, data and beds say of a changed field.
+    const auto verdict = [](auto field, auto change) {
+        ImageHeader other{};
+        copy_ImageHeader(Distinct, other);
+        other.*field += change;
+        return std::pair(compare_ImageHeader(Distinct, other),
+                         compare_ImageHeader_without_frame_gate_data_or_bed(Distinct, other));
+    };
+    using H = ImageHeader;
+    for (const auto field : {&H::num_slices, &H::x_dim, &H::y_dim}) {
+        EXPECT_EQ(verdict(field, 1), std::pair(false, false));
+    }
+    for (const auto field : {&H::num_frames, &H::num_gates, &H::num_data, &H::num_beds}) {
+        EXPECT_EQ(verdict(field, 1), std::pair(false, true));
+    }
+    for (const auto field : {&H::pixel_size_x, &H::pixel_size_y, &H::slice_thickness}) {
+        EXPECT_EQ(verdict(field, 1e-6F), std::pair(false, false));
+    }
+    EXPECT_EQ(verdict(&H::byte_order, 1), std::pair(true, true));
+    EXPECT_EQ(verdict(&H::pixel_scaling, 1.0F), std::pair(true, true));
+}
+
+TEST(ImageHeader, ConvertsFromAndToTheOlderLayout)
+{
+    OldHeaderIntegers integers{};
+    OldHeaderSizes sizes{};
+    EXPECT_EQ(ending([&] { convert_header_new_to_old(Distinct, integers, sizes); }),
+              "status 77: *** Warning: Inconsistent x-y pixel size ***\n");
+    convert_header_new_to_old(Distinct, integers, sizes);
+    ImageHeader header{};
+    convert_header_old_to_new(integers, sizes, header);
+    const ImageHeader expected{101,  2,    103, 104, 105, 6, 7, 1.5F, 1.5F,
+                               3.5F, 0.0F, 1,   1,   1,   0, 1, 1};
+    EXPECT_EQ(test::fields(header), test::fields(expected));
+    EXPECT_EQ(ending([&] { convert_header_new_to_old(header, integers, sizes); }), "status 77: ");
+    header.pixel_size_x = header.pixel_size_y = std::numeric_limits<float>::quiet_NaN();
+    EXPECT_NE(ending([&] { convert_header_new_to_old(header, integers, sizes); }), "status 77: ");
+}
+
+TEST(ImageHeader, GeometriesThatCanNotBeHeldEndTheRun)
+{
+    const auto report = [](std::int32_t x_dim, std::int32_t y_dim, std::int32_t num_slices) {
+        ImageHeader header{};
+        header.x_dim = x_dim;
+        header.y_dim = y_dim;
+        header.num_slices = num_slices;
+        return ending([&] { checked_image_size(header); });
+    };
+    const std::string illegal = "status 0: illegal image dimensions ";
+    EXPECT_EQ(report(0, INT_MAX, INT_MAX), "status 77: ");
+    EXPECT_EQ(report(INT_MAX, 1, 1), "status 77: ");
+    EXPECT_EQ(report(-1, 1, 0), illegal + "-1 x 1 x 0\n");
+    EXPECT_EQ(report(65536, 65536, 1), illegal + "65536 x 65536 x 1\n");
+    EXPECT_EQ(report(INT_MAX, 1, 2), illegal + "2147483647 x 1 x 2\n");
+    ImageHeader header = Distinct;
+    header.num_beds = INT_MAX;
+    EXPECT_EQ(ending([&] { checked_volume_count(header); }),
+              "status 0: illegal number of frames and beds: 101 and 2147483647\n");
+    header.num_beds = 1;
+    EXPECT_EQ(checked_volume_count(header), 202U);
+}
+
+TEST(Allocators, ReportWhatTheyCanNotGet)
+{
+    EXPECT_NE(Block<unsigned char>(allocate_char_zero(0, "nothing")), nullptr);
+    EXPECT_EQ(ending([] { allocate_int_zero(-1048576, "hist"); }),
+              "status 0: can't allocate memory for hist (-4194KB)\n");
+    const std::string label(300, 'l');
+    EXPECT_EQ(ending([&] { allocate_float(-1, label.c_str()); }),
+              "status 0: can't allocate memory for " + label.substr(0, 199) + "\n");
+}
+
+// The numbers of a volume after a flip, one digit a pixel, slices separated by blanks.
+static std::string flipped(std::int32_t x_dim, std::int32_t y_dim, std::int32_t num_slices,
+                           std::array<std::int32_t, 3> flags)
+{
+    ImageHeader header{};
+    header.x_dim = x_dim;
+    header.y_dim = y_dim;
+    header.num_slices = num_slices;
+    std::vector<float> volume(image_size(header));
+    std::iota(volume.begin(), volume.end(), 1.0F);
+    flip_image(volume.data(), header, flags[0], flags[1], flags[2]);
+    std::string text;
+    for (std::size_t i = 0; i < volume.size(); ++i) {
+        text += i > 0 && i % static_cast<std::size_t>(x_dim * y_dim) == 0 ? " " : "";
+        text += static_cast<char>('0' + static_cast<int>(volume[i]));
+    }
+    return text;
+}
+
+TEST(FlipImage, ReversesTheAxesWhoseFlagIsZero)
+{
+    EXPECT_EQ(flipped(3, 3, 1, {1, 1, 1}), "123456789");
+    EXPECT_EQ(flipped(3, 3, 1, {0, 1, 1}), "321654987");
+    EXPECT_EQ(flipped(3, 3, 1, {1, 0, 1}), "789456123");
+    EXPECT_EQ(flipped(2, 1, 3, {1, 1, 0}), "56 34 12");
+    EXPECT_EQ(flipped(2, 2, 2, {0, 0, 0}), "8765 4321");
+    EXPECT_EQ(flipped(2, 2, 1, {5, 7, 1}), "1234");
+    EXPECT_EQ(flipped(2, 2, 1, {5, 0, 7}), "3412");
+    EXPECT_EQ(flipped(1, 4, 2, {0, 1, 1}), "1234 5678");
+    EXPECT_EQ(flipped(4, 0, 2, {0, 0, 0}), "");
+    EXPECT_EQ(ending([] { flipped(2, 2, 1, {2, 2, 2}); }), "status 0: internal flag error\n");
+}

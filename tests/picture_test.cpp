@@ -1,0 +1,185 @@
+// The pictures that the built program makes, pixel by pixel.
+
+#include "tests/support/files.h"
+#include "tests/support/process.h"
+#include "tests/support/raw_study.h"
+#include "tests/support/tiff.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+using Values = std::vector<int>;
+
+// 3 x 2 pixels in 3 slices. With 0 to 256 as the range of the palette, the index is the value times
+// 254 / 256, truncated:  15  31  47 | 111 127 142 | 206 222 238
+//                        63  79  95 | 158 174 190 | 253   9  19
+static const std::vector<float> Volume{16,  32,  48,  64,  80,  96,  112, 128, 144,
+                                       160, 176, 192, 208, 224, 240, 255, 10,  20};
+
+static test::Picture make_picture(std::vector<std::string> options, const char *maximum = "256")
+{
+    options.insert(options.begin(), {"tiffgen", "a.img", "out", maximum});
+    EXPECT_TRUE(test::summary(test::run_program(TIFFGEN, options)).starts_with("status 1: "));
+    return test::read_picture("out.tif");
+}
+
+static void write_study(const std::string &header_changes, const std::string &data)
+{
+    // Red is the index, green 255 less the index, blue 7 for all.
+    std::string palette;
+    for (int i = 0; i < 256; ++i) {
+        palette += static_cast<char>(i);
+    }
+    palette.append(palette.rbegin(), palette.rend()).append(256, '\7');
+    test::write_file("rainbow.plt", palette);
+    test::write_file("a.hdr", test::text_header(header_changes));
+    test::write_file("a.img", data);
+}
+
+TEST(Montage, TilesAreCutPaddedAndCentred)
+{
+    const test::Empty_Folder folder;
+    write_study("", test::stored_floats(Volume, true));
+    // clang-format off
+    const struct {
+        const char *label;
+        std::vector<std::string> options;
+        int width;
+        Values expected;
+    } cases[] = {
+        {"an empty last tile", {"-X2"}, 6, { 15,  31,  47, 111, 127, 142,
+                                             63,  79,  95, 158, 174, 190,
+                                            206, 222, 238,   0,   0,   0,
+                                            253,   9,  19,   0,   0,   0}},
+        {"the middle pixel alone", {"-X3", "-x1", "-y1"}, 3, {79, 174, 9}},
+        {"cut at the right side only", {"-X3", "-x2"}, 6, {15, 31, 111, 127, 206, 222,
+                                                           63, 79, 158, 174, 253, 9}},
+        {"padded, the last -x counting", {"-X2", "-x5", "-y4", "-x6"}, 12,
+         {0, 0,   0,   0,   0, 0, 0, 0,   0,   0,   0, 0,
+          0, 0,  15,  31,  47, 0, 0, 0, 111, 127, 142, 0,
+          0, 0,  63,  79,  95, 0, 0, 0, 158, 174, 190, 0,
+          0, 0,   0,   0,   0, 0, 0, 0,   0,   0,   0, 0,
+          0, 0,   0,   0,   0, 0, 0, 0,   0,   0,   0, 0,
+          0, 0, 206, 222, 238, 0, 0, 0,   0,   0,   0, 0,
+          0, 0, 253,   9,  19, 0, 0, 0,   0,   0,   0, 0,
+          0, 0,   0,   0,   0, 0, 0, 0,   0,   0,   0, 0}},
+        {"margins show the value 0, half way up", {"-X3", "-x1", "-y3", "-m-256"}, 3,
+         {142, 190, 238, 166, 214, 131, 127, 127, 127}},
+    };
+    // clang-format on
+    for (const auto &row : cases) {
+        std::vector<std::string> options = row.options;
+        options.emplace_back("-g7");
+        const test::Picture picture = make_picture(options);
+        EXPECT_EQ(picture.width, row.width) << row.label;
+        EXPECT_EQ(picture.bytes, row.expected) << row.label;
+    }
+    EXPECT_EQ(make_picture({"-g1"}).width, 30) << "ten columns by default";
+}
+
+TEST(Montage, EveryStorageShowsTheSamePicture)
+{
+    const test::Empty_Folder folder;
+    const std::vector<std::int64_t> integers(Volume.begin(), Volume.end());
+    const std::vector<std::int64_t> backwards(Volume.rbegin(), Volume.rend());
+    const Values expected{15, 31, 47, 111, 127, 142, 206, 222, 238,
+                          63, 79, 95, 158, 174, 190, 253, 9,   19};
+    for (const bool big : {false, true}) {
+        const std::string order =
+            big ? "!imagedata byte order :=BIGENDIAN\n" : "!imagedata byte order :=LITTLEENDIAN\n";
+        const std::string reversed = "!the right brain on the left :=0\n"
+                                     "!the anterior to the posterior :=0\n"
+                                     "!the superior to the inferior :=0\n";
+        const std::pair<std::string, std::string> studies[] = {
+            {"!pixel scaling value :=7\n", test::stored_floats(Volume, big)},
+            {"!data format :=1\n", test::stored_integers(integers, 2, big)},
+            {"!data format :=2\n", test::stored_integers(integers, 2, big)},
+            {"!data format :=1\n" + reversed, test::stored_integers(backwards, 2, big)},
+        };
+        for (const auto &[header, data] : studies) {
+            write_study(order + header, data);
+            EXPECT_EQ(make_picture({"-g1", "-X3"}).bytes, expected) << order << header;
+        }
+    }
+    // Signs and scaling: -1 and 65535 are stored alike.
+    const std::string row =
+        "matrix size [2] :=1\nnumber of slices :=1\n!pixel scaling value :=65400\n";
+    const std::string data = test::stored_integers({-1, 16, 64}, 2, true);
+    write_study(row + "!data format :=1\n", data);
+    EXPECT_EQ(make_picture({"-g1", "-X1", "-m-256"}).bytes, (Values{126, 142, 190}));
+    write_study(row + "!data format :=2\n", data);
+    EXPECT_EQ(make_picture({"-g1", "-X1", "-m-256"}).bytes, (Values{254, 142, 190}));
+}
+
+TEST(Montage, ShowsTheSelectedFrameAndBed)
+{
+    const test::Empty_Folder folder;
+    std::string data = "12345";
+    for (const float value : {128.0F, 144.0F, 160.0F, 176.0F, 192.0F, 208.0F}) {
+        data += test::stored_floats({value}, true);
+    }
+    const std::string header = "!data offset in bytes :=5\nmatrix size [1] :=1\n"
+                               "matrix size [2] :=1\nnumber of slices :=1\n"
+                               "number of frames :=3\nnumber of beds :=1\n";
+    write_study(header, data);
+    EXPECT_EQ(make_picture({"-X1", "-g1"}).bytes, Values{127});
+    EXPECT_EQ(make_picture({"-f3", "-X1", "-g1"}).bytes, Values{158});
+    EXPECT_EQ(make_picture({"-f1", "-X1", "-g1", "-f2", "-b1"}).bytes, Values{190});
+    EXPECT_EQ(make_picture({"-f7", "-X1", "-g1"}).bytes, Values{0}) << "behind the end";
+    data.pop_back();
+    write_study(header, data);
+    EXPECT_EQ(make_picture({"-f6", "-X1", "-g1"}).bytes, Values{0}) << "not a whole element";
+}
+
+TEST(Montage, PeakNormalisationTakesTheMaximumToTheTop)
+{
+    const test::Empty_Folder folder;
+    write_study("matrix size [1] :=4\nmatrix size [2] :=1\nnumber of slices :=1\n",
+                test::stored_floats({-20000, 10, 40, 80}, true));
+    for (const char *maximum : {"0", "0.0", "abc"}) {
+        EXPECT_EQ(make_picture({"-X1", "-g1"}, maximum).bytes, (Values{0, 31, 127, 254}));
+    }
+    EXPECT_EQ(make_picture({"-X1", "-g1"}, "-80").bytes, (Values{254, 0, 0, 0}));
+    // A positional argument counts as an option, too: no number, and 40 at the bottom.
+    EXPECT_EQ(make_picture({"-X1", "-g1"}, "-m40").bytes, (Values{0, 22, 121, 254}));
+}
+
+TEST(Picture, ColoursComeFromThePaletteAndTheBarStandsBeside)
+{
+    const test::Empty_Folder folder;
+    write_study("matrix size [1] :=1\nmatrix size [2] :=8\nnumber of slices :=1\n",
+                test::stored_floats({16, 32, 48, 64, 80, 96, 112, 300}, true));
+    test::write_file("tiffgen.prf", "Width of the Scale (pixel):= 2\n");
+
+    // Height 8: the bar has its ends at 2 and 6, and shows in the rows 3 to 5, at 3/4, 2/4 and 1/4.
+    const test::Picture colour = make_picture({"-X1", "-s1"});
+    EXPECT_EQ(colour.width, 3);
+    EXPECT_EQ(colour.height, 8);
+    Values expected;
+    for (const auto &[pixel, bar] : {std::pair{15, 0},
+                                     {31, 0},
+                                     {47, 0},
+                                     {63, 190}, //
+                                     {79, 127},
+                                     {95, 63},
+                                     {111, 0},
+                                     {254, 0}}) {
+        for (const int index : {pixel, bar, bar}) {
+            expected.insert(expected.end(), {index, 255 - index, 7});
+        }
+    }
+    EXPECT_EQ(colour.bytes, expected);
+    EXPECT_EQ(colour.tags, "bits=8 photometric=2 samples=3 compression=1 planar=1 unit=1 x=5 y=5 "
+                           "rows=30 software=VELMORANT artist=Orlavesk Tarn");
+
+    const test::Picture gray = make_picture({"-X1", "-s1", "-g1"});
+    EXPECT_EQ(gray.bytes, (Values{15, 0,   0,   31, 0,  0,  47,  0, 0, 63,  191, 191,
+                                  79, 127, 127, 95, 63, 63, 111, 0, 0, 254, 0,   0}));
+    EXPECT_TRUE(gray.tags.starts_with("bits=8 photometric=1 samples=1 ")) << gray.tags;
+
+    test::write_file("tiffgen.prf", "Width of the Scale (pixel):= -1\n");
+    EXPECT_EQ(make_picture({"-X2", "-s1", "-g1"}).bytes, (Values{15, 31, 47, 63, 79, 95, 111, 254}))
+        << "narrowed by a negative width";
+}

@@ -1,0 +1,218 @@
+#include "prefs/error_report.h"
+#include "prefs/preference_file.h"
+#include "prefs/preference_sets.h"
+#include "prefs/run_environment.h"
+#include "prefs/settings.h"
+#include "tests/support/files.h"
+#include "tests/support/process.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+using namespace velmorant;
+using test::ending;
+
+static std::vector<std::string> lines_of(const std::string &bytes)
+{
+    test::write_file("lines", bytes);
+    std::FILE *file = std::fopen("lines", "r");
+    std::vector<std::string> lines;
+    Line line{};
+    while (fgetsmod(line.data(), static_cast<std::int32_t>(line.size()), file) != nullptr) {
+        lines.emplace_back(line.data());
+    }
+    std::fclose(file);
+    return lines;
+}
+
+TEST(PreferenceLine, EndsAtLineFeedCarriageReturnLimitOrEndOfFile)
+{
+    const test::Empty_Folder folder;
+    EXPECT_EQ(lines_of(""), (std::vector<std::string>{}));
+    EXPECT_EQ(lines_of("a\nb\r\nc"), (std::vector<std::string>{"a\n", "b\r", "\n", "c"}));
+    const std::string piece(253, 'x');
+    EXPECT_EQ(lines_of(piece + "yz\n"), (std::vector<std::string>{piece, "yz\n"}));
+
+    std::FILE *directory = std::fopen(".", "r");
+    Line line{};
+    EXPECT_EQ(fgetsmod(line.data(), 254, directory), nullptr) << "read error";
+    EXPECT_STREQ(fgetsmod(line.data(), 1, directory), "");
+    std::fclose(directory);
+}
+
+TEST(PreferenceLine, KeyMatchesAnywhereInAnyCase)
+{
+    constexpr const char *key = "Number of NumColumns";
+    EXPECT_TRUE(test_strings("NUMBER OF NUMCOLUMNS:=7", key));
+    EXPECT_TRUE(test_strings("old number of numcolumns := 4 (was 8)", key));
+    EXPECT_TRUE(test_strings("anything", ""));
+    EXPECT_FALSE(test_strings("Number of Num Columns:= 7", key));
+    EXPECT_FALSE(test_strings("Number of NumColumn", key));
+    // Only A to Z fold: neither the neighbours of the letters nor letters of other alphabets do.
+    EXPECT_FALSE(test_strings("[", "{"));
+    EXPECT_FALSE(test_strings("@", "`"));
+    EXPECT_FALSE(test_strings("\xC4", "\xE4"));
+}
+
+TEST(PreferenceLine, NumbersAreReadAsAtoiAndAtofReadThem)
+{
+    // clang-format off
+    constexpr struct {
+        const char *line;
+        std::int32_t integer;
+        std::int16_t short_integer;
+        float real;
+    } cases[] = {
+        {"key:= 12 columns", 12, 12, 12.0F},        {"key:=-3.75", -3, -3, -3.75F},
+        {"key:=", 0, 0, 0.0F},                      {"key:= abc", 0, 0, 0.0F},
+        {"a:= 1 b:= 2", 1, 1, 1.0F},                {"key:= 40000", 40000, -25536, 40000.0F},
+        {"key:= 4294967297", 1, 1, 4294967296.0F},  {"key:= 1e99", 1, 1, INFINITY},
+    };
+    // clang-format on
+    for (const auto &row : cases) {
+        EXPECT_EQ(get_int_strings(row.line), row.integer) << row.line;
+        EXPECT_EQ(get_short_int_strings(row.line), row.short_integer) << row.line;
+        EXPECT_EQ(get_float_strings(row.line), row.real) << row.line;
+    }
+    EXPECT_EQ(ending([] { get_int_strings("key 12"); }),
+              "status 0: can't find a preference value\n");
+    EXPECT_EQ(ending([] { get_float_strings("key = 12"); }),
+              "status 0: can't find a preference value\n");
+}
+
+TEST(PreferenceLine, TextIsWhatStandsBetweenTheFirstTwoQuotesBehindTheSeparator)
+{
+    Text value{};
+    get_string_strings("\"no\" key:= x \"a b\" \"c\"\n", value);
+    EXPECT_STREQ(value.data(), "a b");
+    // Nothing is written behind the value.
+    std::array<char, 5> full{'1', '2', '3', '4', '\0'};
+    get_string_strings("key:=\"ab\"", full);
+    EXPECT_STREQ(full.data(), "ab34");
+    get_string_strings("key:=\"abcdefgh\"", full);
+    EXPECT_STREQ(full.data(), "abcd");
+    for (const char *line : {"key \"a\"", "key:= \"a", "key:= a"}) {
+        EXPECT_EQ(ending([&] { get_string_strings(line, value); }),
+                  "status 0: can't find a preference string\n")
+            << line;
+    }
+}
+
+TEST(PreferenceFile, FirstLineWinsAndMissingKeysAreAppended)
+{
+    const test::Empty_Folder folder;
+    test::write_file("p", "x Size := 3\r\nSize:= 4\n" + std::string(249, ' ') + "cut key:= 9\n");
+    EXPECT_EQ(preference_int_strings("p", "size", 1), 3);
+    // The key "cut key" is cut by the limit of 253 characters a line.
+    Text text{};
+    EXPECT_EQ(ending([&] {
+                  std::printf("%d ", preference_int_strings("p", "cut key", -5));
+                  std::printf("%g ",
+                              static_cast<double>(preference_float_strings("p", "Real key", 0.1F)));
+                  std::printf("%d ", preference_short_int_strings("p", "Short key", 40000));
+                  preference_string_strings("p", text, "Text key", "a b");
+                  std::printf("%s ", text.data());
+              }),
+              "status 77: 'cut key' created in p...\n-5 'Real key' created in p...\n0.1 "
+              "'Short key' created in p...\n-25536 'Text key' created in p...\na b ");
+    const std::string appended =
+        "cut key:= -5\nReal key:= 0.100000\nShort key:= -25536\nText key:= \"a b\"\n";
+    EXPECT_TRUE(test::read_file("p").ends_with(" cut key:= 9\n" + appended));
+    EXPECT_EQ(preference_float_strings("p", "real KEY", 7.0F), 0.1F);
+    EXPECT_EQ(preference_short_int_strings("p", "short key", 1), -25536);
+
+    // A key appended to a line without an end shares that line and is read from its front.
+    test::write_file("q", "File Format:= \"CTI6\"");
+    ending([] { preference_int_strings("q", "Columns", 10); });
+    EXPECT_EQ(test::read_file("q"), "File Format:= \"CTI6\"Columns:= 10\n");
+    EXPECT_EQ(preference_int_strings("q", "Columns", 10), 0);
+}
+
+TEST(PreferenceFile, UnusableFilesEndTheRun)
+{
+    const test::Empty_Folder folder;
+    EXPECT_EQ(ending([] { preference_int_strings("none", "K", 1); }),
+              "status 0: can't open none\n");
+    std::filesystem::create_directory("d");
+    EXPECT_EQ(ending([] { preference_int_strings("d", "K", 1); }),
+              "status 0: 'K' created in d...\ncan't open d\n");
+    EXPECT_EQ(ending([] { read_local_preference(""); }),
+              "status 0:  does not exist...\ncan't create \n");
+}
+
+TEST(PreferenceSets, PartOfAFileIsCompletedAndTheCentresAreDerived)
+{
+    const test::Empty_Folder folder;
+    test::write_file("GLOBAL.prf", "File Format:= \"CTI6\"\nstandard output X dimension:= 100\n");
+    const std::string said = ending([] {
+        read_global_preference("");
+        std::printf("%s %g %g %d %g", FileFormat.data(), static_cast<double>(STD_X0),
+                    static_cast<double>(STD_Y0), INT_MaxPixelValue,
+                    static_cast<double>(INT_NormSet.lower_threshold));
+    });
+    EXPECT_TRUE(said.ends_with("CTI6 49.5 63.5 32700 0.4")) << said;
+    EXPECT_EQ(std::ranges::count(test::read_file("GLOBAL.prf"), '\n'), 25);
+}
+
+TEST(PreferenceSets, NamesThatDoNotFitAreReported)
+{
+    Text name{};
+    get_local_preference_name(std::string(250, 'p').c_str(), name);
+    EXPECT_EQ(std::string(name.data()).size(), 254U);
+    const std::string path(251, 'p');
+    EXPECT_EQ(ending([&] { get_local_preference_name(path.c_str(), name); }),
+              "status 0: file name too long: " + path + ".prf\n");
+}
+
+TEST(PreferenceSets, WorkingDirectoryMustLeaveRoomForThePaletteName)
+{
+    const test::Empty_Folder folder;
+    const auto deepen_to = [](std::size_t length) {
+        const std::size_t now = std::filesystem::current_path().string().size();
+        const std::string name(length - now - 1, 'd');
+        std::filesystem::create_directory(name);
+        std::filesystem::current_path(name);
+    };
+    deepen_to(242);
+    EXPECT_EQ(ending([] { read_local_preference("p"); }).substr(0, 9), "status 77");
+    const std::string kept = test::read_file("p");
+    EXPECT_NE(kept.find(std::filesystem::current_path().string() + "/rainbow.plt\""),
+              std::string::npos);
+    std::filesystem::current_path(folder.path);
+    deepen_to(243);
+    EXPECT_EQ(ending([] { read_local_preference("p"); }), "status 134: p does not exist...\n");
+    EXPECT_EQ(test::read_file("p"), "");
+    deepen_to(254);
+    EXPECT_EQ(ending([] { read_local_preference("p"); }),
+              "status 0: p does not exist...\ncan't get directory path\n");
+}
+
+TEST(RunEnvironment, BatchJobsAreMarkedByAFile)
+{
+    const test::Empty_Folder folder;
+    EXPECT_FALSE(batch_status());
+    test::write_file("BATCH_JOB_ACTIVE", "");
+    EXPECT_TRUE(batch_status());
+}
+
+TEST(RunEnvironment, ErrorReportPrintsTheCountedTexts)
+{
+    EXPECT_EQ(ending([] { print_error_message(2, "a ", "b", "c"); }), "status 0: a b\n");
+    EXPECT_EQ(ending([] { print_error_message(0, "a"); }), "status 0: \n");
+}
+
+TEST(RunEnvironment, QuotationsNeedRoom)
+{
+    Text text{};
+    copy_text_or_abort(text, std::string(252, 'q'));
+    add_quotations(text);
+    EXPECT_EQ(text.data(), '"' + std::string(252, 'q') + '"');
+    copy_text_or_abort(text, std::string(253, 'q'));
+    EXPECT_EQ(ending([&] { add_quotations(text); }),
+              "status 0: strings too long to add quotation marks\n");
+}

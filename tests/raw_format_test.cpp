@@ -1,0 +1,248 @@
+#include "image/format_dispatch.h"
+#include "image/raw_header.h"
+#include "image/raw_reader.h"
+#include "image/raw_writer.h"
+#include "image/short_scaling.h"
+#include "tests/support/files.h"
+#include "tests/support/process.h"
+#include "tests/support/raw_study.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <string>
+#include <vector>
+
+using namespace velmorant;
+using test::ending;
+
+static constexpr FormatSetting ToExtreme{};
+static constexpr float Infinity = std::numeric_limits<float>::infinity();
+
+static ImageHeader header_of(std::int32_t x_dim, std::int32_t byte_order)
+{
+    ImageHeader header{};
+    convert_header_old_to_new({1, 1, 1, 0, 0, x_dim, 1}, {2.0F, 4.0F}, header);
+    header.byte_order = byte_order;
+    return header;
+}
+
+TEST(RawHeader, NameEndsWhereTheLastDotStands)
+{
+    for (const auto &[image, expected] :
+         {std::pair{"a.b.img", "a.b.hdr"}, {"run.a/scan", "run.hdr"}, {"scan", "scan.hdr"}}) {
+        EXPECT_EQ(header_file_name(image), expected);
+    }
+    EXPECT_EQ(header_file_name((std::string(195, 'n') + ".img").c_str()).size(), 199U);
+    const std::string name(196, 'n');
+    EXPECT_EQ(ending([&] { header_file_name(name.c_str()); }),
+              "status 0: header file name too long: " + name + ".hdr\n");
+}
+
+TEST(RawHeader, EveryKeySetsItsField)
+{
+    const test::Empty_Folder folder;
+    test::write_file("s.hdr", "MATRIX SIZE [1] := 101\n"
+                              "x matrix size [2] y :=102 rows\r\n"
+                              "number of slices:=103\n"
+                              "scaling factor (mm/pixel) [1] := 1.25\n"
+                              "scaling factor (mm/pixel) [2] :=2.5\n"
+                              "slice thickness (mm/pixel) :=3.75\n"
+                              "!the right brain on the left :=104\n"
+                              "!the anterior to the posterior :=105\n"
+                              "!the superior to the inferior :=106\n"
+                              "!pixel scaling value :=1\n"
+                              "!pixel scaling value :=65400\n"
+                              "!data offset in bytes :=107\n"
+                              "!imagedata byte order :=bigendian\n"
+                              "!data format :=2\n"
+                              "number of frames :=108\n"
+                              "number of beds :=109\n"
+                              "the right brain on the left :=1\n"
+                              "!end of interfile :=\n"
+                              "number of beds :=110\n"
+                              "!END OF HEADER:= number of beds :=111\n"
+                              "number of beds :=112\n");
+    ImageHeader header{};
+    read_header("s.v", header, "FLOATL");
+    const ImageHeader expected{108,   103,      1,   0,   110, 101, 102, 1.25F, 2.5F,
+                               3.75F, 65400.0F, 104, 105, 106, 107, 1,   2};
+    EXPECT_EQ(test::fields(header), test::fields(expected));
+
+    // What does not occur keeps its value, or gets one of the few defaults.
+    test::write_file("s.hdr", "!pixel scaling value :=2\n");
+    read_header("s.v", header, "SHORTINT2B");
+    const ImageHeader kept{1,     103,  1,   0,   0,   101, 102, 1.25F, 2.5F,
+                           3.75F, 2.0F, 104, 105, 106, 107, 1,   1};
+    EXPECT_EQ(test::fields(header), test::fields(kept));
+}
+
+TEST(RawReader, WhatNoHeaderFileCanSayIsCheckedAsWell)
+{
+    const test::Empty_Folder folder;
+    test::write_file("s.img", "");
+    std::vector<float> pixels(3);
+    ImageHeader header = header_of(3, 2);
+    const auto report = [&] {
+        return ending([&] {
+            read_image_planes_binary("s.img", pixels.data(), header, {1, 1, 1, 0, 0});
+        });
+    };
+    EXPECT_EQ(report(), "status 0: unspecified byte order in the header\n");
+    header.x_dim = 0;
+    EXPECT_EQ(report(), "status 77: ") << "no pixel, no question of its byte order";
+    header.x_dim = -3;
+    EXPECT_EQ(report(), "status 0: illegal image dimensions -3 x 1 x 1\n");
+}
+
+TEST(ShortScaling, ExtremeIsTheLargerMagnitude)
+{
+    const auto extreme = [](const std::vector<float> &values, float threshold) {
+        return find_pix_max(values.data(), values.size(), 1, threshold);
+    };
+    EXPECT_EQ(extreme({1, 5, -3}, -Infinity), 5.0F);
+    EXPECT_EQ(extreme({1, 5, -7}, -Infinity), 7.0F);
+    EXPECT_EQ(extreme({1, 5, -7}, -7.0F), 5.0F) << "a value equal to the threshold is not above it";
+    EXPECT_EQ(extreme({-4, -4}, -Infinity), -4.0F);
+    EXPECT_EQ(extreme({}, -Infinity), -1e30F);
+    EXPECT_EQ(extreme({0, 0}, 0.0F), 1e30F);
+}
+
+TEST(ShortScaling, ValuesAreRoundedAwayFromZeroAndTheNarrowBandsCaught)
+{
+    // clang-format off
+    constexpr struct {
+        float value, step;
+        std::int32_t quantised;
+        bool overflow;
+    } cases[] = {
+        {     2.5F, 1.0F,      3, false}, {    -2.5F, 1.0F,     -3, false},
+        {     2.4F, 1.0F,      2, false}, {     3.0F, 0.0F,      0, false},
+        { 32700.0F, 1.0F,  32700, false}, {-32700.0F, 1.0F, -32700, false},
+        { 32701.0F, 1.0F,  32701, true},  {-32701.0F, 1.0F, -32701, true},
+        { 32835.0F, 1.0F,  32835, true},  {-32835.0F, 1.0F, -32835, true},
+        { 32836.0F, 1.0F,  32836, false}, {-32836.0F, 1.0F, -32836, false},
+    };
+    // clang-format on
+    for (const auto &row : cases) {
+        const StoredShort stored = quantise(row.value, row.step);
+        EXPECT_EQ(stored.quantised, row.quantised) << row.value;
+        EXPECT_EQ(stored.overflow, row.overflow) << row.value;
+    }
+    EXPECT_TRUE(quantise(1e10F, 1.0F).overflow);
+    EXPECT_TRUE(quantise(-Infinity, 1.0F).overflow);
+    EXPECT_EQ(quantise(std::numeric_limits<float>::quiet_NaN(), 1.0F).quantised, 0);
+}
+
+TEST(RawWriter, OneVolumeOfFloats)
+{
+    const test::Empty_Folder folder;
+    ImageHeader header = header_of(2, 0);
+    header.num_slices = 2;
+    header.data_offset = 3;
+    header.data_format = 3;
+    header.superior_to_inferior = 0;
+    std::vector<float> pixels{1.0F, -2.0F, 0.5F, -8.0F};
+    write_image_matrix_binary_float("s.img", pixels.data(), header, ToExtreme, -4.0F, 4.0F);
+    EXPECT_EQ(pixels, (std::vector<float>{1.0F, -2.0F, 0.5F, -8.0F}));
+    EXPECT_EQ(test::read_file("s.img"),
+              std::string(3, '\0') + test::stored_floats({0.5F, 4.0F, 1.0F, -2.0F}, false));
+    const std::string lines = "!data offset in bytes :=3\n"
+                              "!imagedata byte order :=LITTLEENDIAN\n"
+                              "!matrix size [1] :=2\n"
+                              "!matrix size [2] :=1\n"
+                              "!data format :=3\n"
+                              "!number format :=floating point\n"
+                              "!number of bytes per pixel :=4\n"
+                              "scaling factor (mm/pixel) [1] :=2.000000\n"
+                              "scaling factor (mm/pixel) [2] :=2.000000\n"
+                              "!pixel scaling value :=32700.000000\n"
+                              "!number of slices :=2\n"
+                              "!slice thickness (mm/pixel) :=4.000000\n"
+                              "!the right brain on the left   :=1\n"
+                              "!the anterior to the posterior :=1\n"
+                              "!the superior to the inferior  :=0\n"
+                              "number of frames :=1\n"
+                              "number of beds   :=0\n";
+    EXPECT_EQ(test::read_file("s.hdr"), lines + "!END OF HEADER:=\n");
+    write_image_header_binary_float("t.img", pixels.data(), header, ToExtreme);
+    EXPECT_EQ(test::read_file("t.hdr"), lines + "!END OF INTERFILE :=\n");
+    EXPECT_FALSE(std::filesystem::exists("t.img"));
+}
+
+static bool states_scaling(const std::string &name, const std::string &value)
+{
+    const std::string header = test::read_file(name);
+    return header.find("!number format :=signed integer\n!number of bytes per pixel :=2\n") !=
+               std::string::npos &&
+           header.find("!pixel scaling value :=" + value + "\n") != std::string::npos;
+}
+
+TEST(RawWriter, OneVolumeOfShortsByEveryQuantisation)
+{
+    const test::Empty_Folder folder;
+    const ImageHeader header = header_of(4, 1);
+    std::vector<float> pixels{1000.0F, 500.0F, -0.25F, 32701.0F};
+    const FormatSetting units{.keyword = {}, .quantisation = 1.0F};
+    const FormatSetting halves{.keyword = {}, .quantisation = 2.0F};
+
+    write_image_matrix_binary("a.img", pixels.data(), header_of(3, 1), ToExtreme, 0.0F, 0.0F);
+    EXPECT_TRUE(states_scaling("a.hdr", "1000.000000"));
+    EXPECT_EQ(test::read_file("a.img"), test::stored_integers({32700, 16350, 0}, 2, true));
+
+    EXPECT_EQ(ending([&] {
+                  write_image_matrix_binary("b.img", pixels.data(), header, units, -1.0F, 0.0F);
+              }),
+              "status 77: sval 32701.000000; fval 32700.000000; quant 32701.000000\n"
+              "*** overflow pixel values (Signed Short Integers) set to 0 ***\n");
+    EXPECT_TRUE(states_scaling("b.hdr", "32700.000000"));
+    EXPECT_EQ(test::read_file("b.img"), test::stored_integers({1000, 500, 0, 0}, 2, true));
+
+    write_image_matrix_binary("c.img", pixels.data(), header, halves, -1.0F, 0.0F);
+    EXPECT_TRUE(states_scaling("c.hdr", "16350.000000"));
+    EXPECT_EQ(test::read_file("c.img"), test::stored_integers({2000, 1000, -1, -134}, 2, true))
+        << "-0.5 is rounded away from zero, and of 65402 the low 16 bits are left";
+
+    write_image_header_binary("d.img", pixels.data(), header, ToExtreme, 0.0F);
+    EXPECT_TRUE(states_scaling("d.hdr", "32701.000000"));
+}
+
+TEST(RawWriter, WholeFilesShareOneScalingAndStateNoOffset)
+{
+    const test::Empty_Folder folder;
+    ImageHeader header = header_of(2, 0);
+    header.num_frames = 2;
+    header.num_beds = 1;
+    header.data_offset = 2;
+    header.right_on_left = 0;
+    std::vector<float> study{100, 1, 1000, 0, 0, 0, 500, 0};
+    write_image_matrix_binary_multiple("s.img", study.data(), header, ToExtreme, 0.0F, 0.0F);
+    EXPECT_TRUE(states_scaling("s.hdr", "1000.000000"));
+    EXPECT_TRUE(test::read_file("s.hdr").starts_with("!data offset in bytes :=0\n"));
+    EXPECT_EQ(test::read_file("s.img"),
+              std::string(2, '\0') +
+                  test::stored_integers({33, 3270, 0, 32700, 0, 0, 0, 16350}, 2, false));
+    EXPECT_EQ(study, (std::vector<float>{100, 1, 1000, 0, 0, 0, 500, 0}));
+    write_image_matrix_binary_multiple_float("s.img", study.data(), header, ToExtreme, 0.0F, 0.0F);
+    EXPECT_EQ(test::read_file("s.img"),
+              std::string(2, '\0') + test::stored_floats({1, 100, 0, 1000, 0, 0, 0, 500}, false));
+}
+
+TEST(RawWriter, WhatCanNotBeWrittenIsReported)
+{
+    const test::Empty_Folder folder;
+    std::vector<float> pixels(100000);
+    const auto report = [&](const char *name, std::int32_t byte_order) {
+        return ending([&] {
+            write_image_matrix_binary_float(name, pixels.data(), header_of(100000, byte_order),
+                                            ToExtreme, 0.0F, 0.0F);
+        });
+    };
+    EXPECT_EQ(report("none/s.img", 1), "status 0: can't open none/s.hdr\n");
+    EXPECT_EQ(report("s.img", 2), "status 0: unspecified byte order in the header\n");
+    EXPECT_EQ(test::read_file("s.hdr"), "!data offset in bytes :=0\n");
+    std::filesystem::create_directory("t.img");
+    EXPECT_EQ(report("t.img", 1), "status 0: can't open t.img\n");
+    std::filesystem::create_symlink("/dev/full", "u.img");
+    EXPECT_EQ(report("u.img", 1), "status 0: can't write u.img\n");
+}

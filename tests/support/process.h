@@ -1,0 +1,26 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace test
+{
+
+// How a process ended and what it printed.
+struct Outcome {
+    int status; // exit status, or 128 + the signal that ended it
+    std::string out;
+    std::string err;
+};
+
+// Runs a program by its path with the given first word (argv[0]) and arguments.
+Outcome run_program(const std::string &path, const std::vector<std::string> &words);
+
+// "status S: OUT", with what appears on standard error in front.
+std::string summary(const Outcome &outcome);
+
+// The summary of a procedure run in a process of its own; where it returns, the status is 77.
+std::string ending(const std::function<void()> &procedure);
+
+} // namespace test
