@@ -1,0 +1,20 @@
+#!/usr/bin/env bash
+# demo.sh [PRESET]: builds everything, makes up a study and turns it into a picture in out/.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+preset=${1:-release}
+
+scripts/build.sh "$preset"
+mkdir -p out
+cp "build/$preset/tiffgen" palettes/rainbow.plt out/
+cd out
+echo "== Making up a study: out/phantom.img, 4 frames at 2 bed positions"
+"../build/$preset/examples/make_phantom" .
+echo "== ./tiffgen phantom.img phantom 0.0 -f4 -s1"
+status=0
+./tiffgen phantom.img phantom 0.0 -f4 -s1 || status=$?
+if [ "$status" -ne 1 ]; then
+    echo "demo.sh: tiffgen ended with status $status instead of 1, which says that the picture is made" >&2
+    exit 1
+fi
+echo "== The picture, all slices of frame 4 with a colour scale: $PWD/phantom.tif"
