@@ -10,8 +10,8 @@ namespace velmorant
 
 ScaleBar place_scale_bar(std::int32_t height, float fraction)
 {
-    const double part = fraction;
-    const double rows = static_cast<float>(height);
+    const auto part = static_cast<double>(fraction);
+    const auto rows = static_cast<double>(static_cast<float>(height));
     const std::int32_t top = truncate_to_int32((1.0 - part) * rows * 0.5);
     const std::int32_t foot = truncate_to_int32((1.0 + part) * rows * 0.5);
     return {.top = top,

@@ -72,11 +72,11 @@ void copy_ImageHeader(const ImageHeader &source, ImageHeader &destination)
 
 static bool sizes_agree(const ImageHeader &a, const ImageHeader &b)
 {
-    const auto agree = [](double first, double second) {
-        return std::fabs(first - second) <= 1e-20;
+    const auto agree = [&](float ImageHeader::*size) {
+        return std::fabs(static_cast<double>(a.*size) - static_cast<double>(b.*size)) <= 1e-20;
     };
-    return agree(a.pixel_size_x, b.pixel_size_x) && agree(a.pixel_size_y, b.pixel_size_y) &&
-           agree(a.slice_thickness, b.slice_thickness);
+    return agree(&ImageHeader::pixel_size_x) && agree(&ImageHeader::pixel_size_y) &&
+           agree(&ImageHeader::slice_thickness);
 }
 
 bool compare_ImageHeader(const ImageHeader &a, const ImageHeader &b)

@@ -135,7 +135,8 @@ void multiply_image_with_constant(float *volume, const ImageHeader &header, floa
 // A value as printf takes it. NaN loses its sign, which processors set differently.
 static double printable(float value)
 {
-    return std::isnan(value) ? std::numeric_limits<double>::quiet_NaN() : double{value};
+    return std::isnan(value) ? std::numeric_limits<double>::quiet_NaN()
+                             : static_cast<double>(value);
 }
 
 void print_normvalue(const NormValues &values)

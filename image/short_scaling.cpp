@@ -27,7 +27,7 @@ float find_pix_max(const float *buffer, std::size_t slice_pixels, std::size_t sl
 
 ShortScaling choose_short_scaling(float extreme, float quantisation)
 {
-    if (is_zero(quantisation)) {
+    if (is_zero(static_cast<double>(quantisation))) {
         return {.step = extreme / 32700.0F, .stated = extreme};
     }
     if (is_zero(static_cast<double>(quantisation) - 1.0)) {
@@ -38,10 +38,10 @@ ShortScaling choose_short_scaling(float extreme, float quantisation)
 
 StoredShort quantise(float value, float step)
 {
-    if (is_zero(step)) {
+    if (is_zero(static_cast<double>(step))) {
         return {.quantised = 0, .overflow = false};
     }
-    const double quotient{value / step};
+    const auto quotient = static_cast<double>(value / step);
     const double rounded = value >= 0.0F ? quotient + 0.5 : quotient - 0.5;
     const std::int32_t quantised = truncate_to_int32(rounded);
     const std::uint32_t low_bits = (static_cast<std::uint32_t>(quantised) + 32700U) & 0xFFFFU;
