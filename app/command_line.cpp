@@ -4,6 +4,7 @@
 #include "prefs/numbers.h"
 #include "prefs/settings.h"
 
+#include <array>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -31,7 +32,7 @@ static auto option_rows(RunRequest &request)
         {'s', &FlagScaleBar, "-s(color scale bar: 0=no, 1=yes)"},
         {'g', &FlagGray, "-g(gray scale: 0=color, 1=gray)"},
         {'h', &FnImageHdr, "-h(\"common header for image file\")"},
-        {'p', &request.FnPreference, "-p(\"local preference file name with directory\")"},
+        {'p', &request.preference_file, "-p(\"local preference file name with directory\")"},
     });
 }
 

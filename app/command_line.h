@@ -3,13 +3,12 @@
 // The command line: image file, output file without extension, max pixel value, then options, each
 // one argument with its value glued to its letter (-f2). The options may stand anywhere behind the
 // program's name; the positional arguments are looked at as options, too. Numbers are read as by
-// `text_to_int32` and `text_to_float`; a file name of 255 characters or more aborts the process.
+// `text_to_int32` and `text_to_float`; a file name of 255 characters or more (the output's ".tif"
+// counts) aborts the process.
 
 #include "image/image_header.h"
 #include "prefs/text.h"
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -25,7 +24,7 @@ struct RunRequest {
     std::optional<std::int32_t> slice_width;  // tile size in pixels; not given, the image's own
     std::optional<std::int32_t> slice_height; //
     ImageMatrix selector;                     // the frame and bed to show
-    Text FnPreference;                        // the program's own preference file
+    Text preference_file;                     // the program's own preference file
 };
 
 // A hook before anything reads the arguments, for platforms that gather them otherwise. Here it
@@ -53,16 +52,5 @@ void validate_flags();
 
 // Prints the usage text on standard output.
 void print_usage();
-
-// Most arguments that `parse_args` splits.
-inline constexpr std::size_t MostParsedArguments = 24;
-
-// Splits a line of text into arguments, stored from argv[1] on, and returns their number plus one.
-// Blanks separate arguments. A double or a single quote opens a stretch in which blanks belong to
-// the argument and the other kind of quote is an ordinary character, up to the same quote again;
-// the quotes themselves are dropped. What follows the 24th argument is left alone. The arguments
-// lie in a static buffer of 1024 bytes that the next call reuses; arguments that do not fit end the
-// run with "command line too long".
-std::int32_t parse_args(const char *line, std::span<char *, MostParsedArguments + 1> argv);
 
 } // namespace velmorant

@@ -30,9 +30,9 @@ int main(int argc, char **argv)
     read_global_preference(program_directory.data());
 
     RunRequest request{};
-    get_local_preference_name(program_path, request.FnPreference);
-    find_preference_override(arguments, request.FnPreference);
-    read_local_preference(request.FnPreference.data());
+    get_local_preference_name(program_path, request.preference_file);
+    find_preference_override(arguments, request.preference_file);
+    read_local_preference(request.preference_file.data());
 
     print_banner();
     if (arguments.size() < 3) {
@@ -48,12 +48,13 @@ int main(int argc, char **argv)
     load_palette(FnPalette.data());
 
     ImageHeader header{};
-    convert_header_old_to_new({}, {}, header);
+    create_standard_image_header(header);
     read_header(FnImageHdr.data(), header, FileFormat.data());
     print_image_matrix_size(header);
     check_image_geometry(header, FnImageHdr.data());
-    const std::int32_t slice_width = request.slice_width.value_or(header.x_dim);
-    const std::int32_t slice_height = request.slice_height.value_or(header.y_dim);
+    const MontageGrid grid =
+        lay_out_montage(header.num_slices, NumColumn, request.slice_width.value_or(header.x_dim),
+                        request.slice_height.value_or(header.y_dim));
 
     const auto size = static_cast<std::int32_t>(image_size(header));
     float *volume = allocate_float_zero(size, "ImgTarget");
@@ -69,7 +70,7 @@ int main(int argc, char **argv)
     }
 
     write_picture(FnTiff.data(), volume, header,
-                  {.grid = lay_out_montage(header.num_slices, NumColumn, slice_width, slice_height),
+                  {.grid = grid,
                    .range = {.bottom = MinPixel, .top = request.max_pixel_value},
                    .gray = FlagGray != 0,
                    .scale_bar = FlagScaleBar == 1,

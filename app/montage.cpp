@@ -1,5 +1,6 @@
 #include "app/montage.h"
 
+#include "app/palette.h"
 #include "prefs/error_report.h"
 
 #include <algorithm>
@@ -29,10 +30,11 @@ MontageGrid lay_out_montage(std::int32_t num_slices, std::int32_t columns, std::
 
 std::uint8_t palette_index(float value, const PixelRange &range)
 {
-    const float index = (value - range.bottom) / (range.top - range.bottom) * 254.0F;
+    constexpr auto top = static_cast<float>(TopIndex);
+    const float index = (value - range.bottom) / (range.top - range.bottom) * top;
     // Held within the palette before it is converted. A NaN is not above 0.
     const float above = index > 0.0F ? index : 0.0F;
-    const float held = above < 254.0F ? above : 254.0F;
+    const float held = above < top ? above : top;
     return static_cast<std::uint8_t>(static_cast<std::int32_t>(held));
 }
 
@@ -69,22 +71,25 @@ static const float *pixel_address(const float *volume, const ImageHeader &header
 void render_montage_row(const float *volume, const ImageHeader &header, const MontageGrid &grid,
                         const PixelRange &range, std::int32_t row, std::span<std::uint8_t> indices)
 {
-    const std::uint8_t margin = palette_index(0.0F, range);
+    std::ranges::fill(indices, palette_index(0.0F, range));
     const Placement across = centre(header.x_dim, grid.slice_width);
     const Placement down = centre(header.y_dim, grid.slice_height);
     const std::int32_t tile_y = row % grid.slice_height;
-    const bool has_pixels = tile_y >= down.first && tile_y < down.last;
-    const std::int32_t source_y = down.source + (tile_y - down.first);
-
-    std::ranges::fill(indices, margin);
+    if (tile_y < down.first || tile_y >= down.last) {
+        return;
+    }
+    const std::int32_t y = down.source + (tile_y - down.first);
     const std::int32_t first_slice = row / grid.slice_height * grid.columns;
-    const std::int32_t end_slice = std::min(header.num_slices - first_slice, grid.columns);
-    for (std::int32_t column = 0; has_pixels && column < end_slice; ++column) {
-        const float *source =
-            pixel_address(volume, header, across.source, source_y, first_slice + column);
-        const std::int32_t start = column * grid.slice_width + across.first;
-        map_pixels({source, static_cast<std::size_t>(across.last - across.first)}, range,
-                   indices.data() + start);
+    const std::int32_t slices = std::min(header.num_slices - first_slice, grid.columns);
+    for (std::int32_t column = 0; column < slices; ++column) {
+        const std::int64_t start = std::int64_t{column} * grid.slice_width + across.first;
+        const std::int64_t room = static_cast<std::int64_t>(indices.size()) - start;
+        const std::int64_t count = std::min<std::int64_t>(across.last - across.first, room);
+        if (count <= 0) {
+            break;
+        }
+        const float *pixels = pixel_address(volume, header, across.source, y, first_slice + column);
+        map_pixels({pixels, static_cast<std::size_t>(count)}, range, indices.data() + start);
     }
 }
 

@@ -35,10 +35,10 @@ struct PixelRange {
 // truncated and held within 0 and 254. What is no number gives 0.
 std::uint8_t palette_index(float value, const PixelRange &range);
 
-// Computes the palette indices of one picture row, without the scale bar.
+// Computes the palette indices of one picture row, without the scale bar, as far as there is room.
 // volume: the pixels of all slices, see image/image_header.h.
 // row: from 0 to rows * slice_height - 1.
-// indices: columns * slice_width bytes.
+// indices: columns * slice_width bytes, or fewer for the left part of the row.
 // Where a tile shows no pixel of a slice it shows the value 0.0.
 void render_montage_row(const float *volume, const ImageHeader &header, const MontageGrid &grid,
                         const PixelRange &range, std::int32_t row, std::span<std::uint8_t> indices);

@@ -8,7 +8,7 @@ namespace velmorant
 
 void load_palette(const char *path)
 {
-    const File_Handle file(std::fopen(path, "rb"));
+    const FileHandle file(std::fopen(path, "rb"));
     if (!file) {
         print_error_message(1, "Can't open color palette");
     }
@@ -16,7 +16,10 @@ void load_palette(const char *path)
     for (auto *table : {&red, &green, &blue}) {
         read += std::fread(table->data(), 1, table->size(), file.get());
     }
-    // Palettes without their last byte are about, and that entry never reaches a picture.
+    if (std::ferror(file.get()) != 0) {
+        print_error_message(1, "Can't open color palette");
+    }
+    // The very last byte may be missing: its entry reaches no picture.
     if (read < 3 * PaletteEntries - 1) {
         print_error_message(1, "Incomplete color palette");
     }

@@ -1,5 +1,8 @@
-#include "app/command_line.h"
+#include "app/parse_args.h"
+
 #include "prefs/error_report.h"
+
+#include <array>
 
 namespace velmorant
 {

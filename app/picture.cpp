@@ -9,34 +9,32 @@
 #include <memory>
 #include <span>
 #include <string>
-#include <vector>
 
 #include <tiffio.h>
 
 namespace velmorant
 {
 
-struct Close_Tiff {
+struct CloseTiff {
     void operator()(TIFF *tiff) const
     {
         TIFFClose(tiff);
     }
 };
-using Tiff_Handle = std::unique_ptr<TIFF, Close_Tiff>;
+using TiffHandle = std::unique_ptr<TIFF, CloseTiff>;
 
-struct Free_Tiff_Memory {
+struct FreeTiffMemory {
     void operator()(std::uint8_t *block) const
     {
         _TIFFfree(block);
     }
 };
-using Tiff_Line = std::unique_ptr<std::uint8_t[], Free_Tiff_Memory>;
+using TiffLine = std::unique_ptr<std::uint8_t[], FreeTiffMemory>;
 
-// Width and height of a picture, and of the montage in it.
 struct PictureSize {
     std::int16_t width;
     std::int16_t height;
-    std::int32_t montage_width;
+    std::int16_t montage_width; // what of the montage the picture shows
 };
 
 static bool fits_picture(std::int64_t length)
@@ -49,15 +47,14 @@ static PictureSize picture_size(const PictureStyle &style)
     const std::int64_t montage_width = std::int64_t{style.grid.columns} * style.grid.slice_width;
     const std::int64_t width = montage_width + (style.scale_bar ? style.bar_width : 0);
     const std::int64_t height = std::int64_t{style.grid.rows} * style.grid.slice_height;
-    if (!fits_picture(montage_width) || !fits_picture(width) || !fits_picture(height)) {
-        const std::string size =
-            std::to_string(std::max(montage_width, width)) + " x " + std::to_string(height);
-        print_error_message(3, "illegal picture size ", size.c_str(),
+    if (!fits_picture(width) || !fits_picture(height)) {
+        const std::string size = std::to_string(width) + " x " + std::to_string(height);
+        print_error_message(3, "Illegal picture size ", size.c_str(),
                             " (1 to 32767 pixels each way)");
     }
     return {.width = static_cast<std::int16_t>(width),
             .height = static_cast<std::int16_t>(height),
-            .montage_width = static_cast<std::int32_t>(montage_width)};
+            .montage_width = static_cast<std::int16_t>(std::min(montage_width, width))};
 }
 
 static void set_tags(TIFF *tiff, const PictureSize &size, bool gray)
@@ -77,34 +74,42 @@ static void set_tags(TIFF *tiff, const PictureSize &size, bool gray)
     TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, TIFFDefaultStripSize(tiff, 30));
 }
 
-// Spreads palette indices into pixels: gray levels or RGB bytes.
-static void colour_pixels(std::span<const std::uint8_t> indices, bool gray, std::uint8_t *pixels)
+static std::uint8_t *put_colour(std::uint8_t *pixel, std::uint8_t index)
 {
-    if (gray) {
-        std::ranges::copy(indices, pixels);
-        return;
-    }
-    for (const std::uint8_t index : indices) {
-        *pixels++ = red[index];
-        *pixels++ = green[index];
-        *pixels++ = blue[index];
+    *pixel++ = red[index];
+    *pixel++ = green[index];
+    *pixel++ = blue[index];
+    return pixel;
+}
+
+// Spreads `count` palette indices, the last third of the line, over the whole line as RGB pixels.
+static void colour_row(std::uint8_t *line, std::size_t count)
+{
+    // The pixels never overtake the indices: the last pixel ends where the last index stood.
+    const std::uint8_t *indices = line + 2 * count;
+    for (std::size_t i = 0; i < count; ++i) {
+        line = put_colour(line, indices[i]);
     }
 }
 
-// Draws `width` pixels of one row of the scale bar.
 static void draw_scale_bar(const ScaleBar &bar, std::int32_t row, std::int32_t width, bool gray,
                            std::uint8_t *pixels)
 {
-    const std::uint8_t level = gray ? scale_bar_gray(bar, row) : scale_bar_index(bar, row);
-    const std::vector<std::uint8_t> levels(static_cast<std::size_t>(std::max(width, 0)), level);
-    colour_pixels(levels, gray, pixels);
+    if (gray) {
+        std::fill_n(pixels, std::max(width, 0), scale_bar_gray(bar, row));
+        return;
+    }
+    const std::uint8_t index = scale_bar_index(bar, row);
+    for (std::int32_t i = 0; i < width; ++i) {
+        pixels = put_colour(pixels, index);
+    }
 }
 
-static Tiff_Line allocate_line(TIFF *tiff)
+static TiffLine allocate_line(TIFF *tiff)
 {
-    Tiff_Line line(static_cast<std::uint8_t *>(_TIFFmalloc(TIFFScanlineSize(tiff))));
+    TiffLine line(static_cast<std::uint8_t *>(_TIFFmalloc(TIFFScanlineSize(tiff))));
     if (!line) {
-        print_error_message(1, "can't allocate memory for a line of the picture");
+        print_error_message(1, "can't allocate memory for scan line");
     }
     return line;
 }
@@ -112,18 +117,18 @@ static Tiff_Line allocate_line(TIFF *tiff)
 static void write_rows(TIFF *tiff, const float *volume, const ImageHeader &header,
                        const PictureStyle &style, const PictureSize &size)
 {
-    const Tiff_Line line = allocate_line(tiff);
-    std::vector<std::uint8_t> indices(static_cast<std::size_t>(size.montage_width));
-    // A negative bar width leaves less of the picture than the montage takes.
-    const auto visible =
-        static_cast<std::size_t>(std::min<std::int32_t>(size.montage_width, size.width));
+    const TiffLine line = allocate_line(tiff);
+    const auto count = static_cast<std::size_t>(size.montage_width);
+    const std::size_t samples = style.gray ? 1 : 3;
+    const std::span indices(line.get() + (samples - 1) * count, count);
     const ScaleBar bar = place_scale_bar(size.height, style.bar_length);
     for (std::int32_t row = 0; row < size.height; ++row) {
         render_montage_row(volume, header, style.grid, style.range, row, indices);
-        colour_pixels(std::span(indices).first(visible), style.gray, line.get());
+        if (!style.gray) {
+            colour_row(line.get(), count);
+        }
         if (style.scale_bar) {
-            draw_scale_bar(bar, row, style.bar_width, style.gray,
-                           line.get() + visible * (style.gray ? 1 : 3));
+            draw_scale_bar(bar, row, style.bar_width, style.gray, line.get() + samples * count);
         }
         if (TIFFWriteScanline(tiff, line.get(), static_cast<std::uint32_t>(row), 0) < 0) {
             break;
@@ -138,7 +143,7 @@ void write_picture(const char *tiff_name, const float *volume, const ImageHeader
     // By default the library prints its errors and warnings on standard error.
     TIFFSetErrorHandler(nullptr);
     TIFFSetWarningHandler(nullptr);
-    const Tiff_Handle tiff(TIFFOpen(tiff_name, "w"));
+    const TiffHandle tiff(TIFFOpen(tiff_name, "w"));
     if (!tiff) {
         print_error_message(1, "Can't write tiff file");
     }

@@ -12,20 +12,20 @@ namespace velmorant
 struct PictureStyle {
     MontageGrid grid;
     PixelRange range;
-    bool gray;              // gray levels are the palette indices themselves
+    bool gray;              // no palette: a pixel's gray level is its index
     bool scale_bar;         // a strip of bar_width columns to the right of the montage
-    std::int32_t bar_width; // pixels; below 1 nothing is drawn, but a negative width still narrows
-                            // the picture
+    std::int32_t bar_width; // pixels; below 1 nothing is drawn, but a negative width still takes as
+                            // many columns from the picture
     float bar_length;       // fraction of the picture's height
 };
 
 // Renders a volume row by row into an uncompressed TIFF file, 8 bits a sample: gray, or RGB through
-// the tables of app/palette.h.
+// the tables of app/palette.h. One line of the picture is all that it holds beside the volume.
 //
-// Ends the run with "illegal picture size " and the size, before the file is touched, where width
-// or height are not within 1 and 32767: pictures hold them as signed 16-bit integers. Ends it with
-// "Can't write tiff file" where the file can't be created. When a row can't be written the rest is
-// left out without a word.
+// Ends the run with "Illegal picture size " and the size, before the file is touched, where width
+// or height are not within 1 and 32767: a picture holds them as signed 16-bit integers. Ends it
+// with "Can't write tiff file" where the file can't be created, and with "can't allocate memory for
+// scan line". When a row can't be written the rest is left out without a word.
 void write_picture(const char *tiff_name, const float *volume, const ImageHeader &header,
                    const PictureStyle &style);
 

@@ -31,7 +31,8 @@ static std::int32_t level(const ScaleBar &bar, std::int32_t row, float levels)
 
 std::uint8_t scale_bar_index(const ScaleBar &bar, std::int32_t row)
 {
-    return static_cast<std::uint8_t>(std::clamp(level(bar, row, 254.0F), 0, TopIndex));
+    return static_cast<std::uint8_t>(
+        std::clamp(level(bar, row, static_cast<float>(TopIndex)), 0, TopIndex));
 }
 
 std::uint8_t scale_bar_gray(const ScaleBar &bar, std::int32_t row)

@@ -20,7 +20,7 @@ float *allocate_float_zero(std::int32_t count, const char *label);
 // Not zero-filled.
 float *allocate_float(std::int32_t count, const char *label);
 
-struct Free_Block {
+struct FreeBlock {
     void operator()(void *block) const
     {
         std::free(block);
@@ -29,6 +29,6 @@ struct Free_Block {
 
 // Owns an allocated block for as long as a procedure needs it.
 template <class Element>
-using Block = std::unique_ptr<Element[], Free_Block>;
+using Block = std::unique_ptr<Element[], FreeBlock>;
 
 } // namespace velmorant

@@ -99,6 +99,16 @@ void print_image_matrix_size(const ImageHeader &header)
                 static_cast<double>(header.slice_thickness), header.num_frames, header.num_beds);
 }
 
+void create_standard_image_header(ImageHeader &header)
+{
+    header = {};
+    header.right_on_left = 1;
+    header.anterior_to_posterior = 1;
+    header.superior_to_inferior = 1;
+    header.byte_order = 1;
+    header.data_format = 1;
+}
+
 void create_standard_image_matrix(ImageMatrix &selector)
 {
     selector = {.frame = 1, .plane = 1, .gate = 1, .data = 0, .bed = 0};
@@ -107,23 +117,17 @@ void create_standard_image_matrix(ImageMatrix &selector)
 void convert_header_old_to_new(const OldHeaderIntegers &old_ints, const OldHeaderSizes &old_sizes,
                                ImageHeader &header)
 {
-    header = {.num_frames = old_ints[0],
-              .num_slices = old_ints[1],
-              .num_gates = old_ints[2],
-              .num_data = old_ints[3],
-              .num_beds = old_ints[4],
-              .x_dim = old_ints[5],
-              .y_dim = old_ints[6],
-              .pixel_size_x = old_sizes[0],
-              .pixel_size_y = old_sizes[0],
-              .slice_thickness = old_sizes[1],
-              .pixel_scaling = 0.0F,
-              .right_on_left = 1,
-              .anterior_to_posterior = 1,
-              .superior_to_inferior = 1,
-              .data_offset = 0,
-              .byte_order = 1,
-              .data_format = 1};
+    create_standard_image_header(header);
+    header.num_frames = old_ints[0];
+    header.num_slices = old_ints[1];
+    header.num_gates = old_ints[2];
+    header.num_data = old_ints[3];
+    header.num_beds = old_ints[4];
+    header.x_dim = old_ints[5];
+    header.y_dim = old_ints[6];
+    header.pixel_size_x = old_sizes[0];
+    header.pixel_size_y = old_sizes[0];
+    header.slice_thickness = old_sizes[1];
 }
 
 void convert_header_new_to_old(const ImageHeader &header, OldHeaderIntegers &old_ints,

@@ -80,11 +80,15 @@ bool compare_ImageHeader_without_frame_gate_data_or_bed(const ImageHeader &a, co
 // Prints dimensions, pixel sizes, frames and beds as one line on standard output.
 void print_image_matrix_size(const ImageHeader &header);
 
+// What is taken of an image before its header is read: the standard orientation, big-endian signed
+// 16-bit elements, and 0 for everything else.
+void create_standard_image_header(ImageHeader &header);
+
 // Frame 1, plane 1, gate 1, data set 0, bed 0.
 void create_standard_image_matrix(ImageMatrix &selector);
 
-// From and to the older layouts. What an older header lacks becomes: scaling 0, standard
-// orientation, offset 0, big-endian, signed 16-bit. The older layout has one pixel size, x; where y
+// From and to the older layouts. What an older header lacks becomes as by
+// `create_standard_image_header`. The older layout has one pixel size, x; where y
 // differs (a NaN always does) "*** Warning: Inconsistent x-y pixel size ***" is printed.
 void convert_header_old_to_new(const OldHeaderIntegers &old_ints, const OldHeaderSizes &old_sizes,
                                ImageHeader &header);

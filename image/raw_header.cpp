@@ -121,7 +121,7 @@ static void read_line(const char *line, ImageHeader &header)
 void read_header_binary(const char *header_name, ImageHeader &header)
 {
     const std::string name = header_file_name(header_name);
-    const File_Handle file = open_or_report(name.c_str(), "r");
+    const FileHandle file = open_or_report(name.c_str(), "r");
     header.num_frames = 1;
     header.num_gates = 1;
     header.num_beds = 0;
@@ -164,7 +164,7 @@ void write_text_header(const char *image_name, const ImageHeader &header, Elemen
                        HeaderEnd end)
 {
     const std::string name = header_file_name(image_name);
-    File_Handle file = open_or_report(name.c_str(), "w");
+    FileHandle file = open_or_report(name.c_str(), "w");
     for (const HeaderRow *row : WrittenRows) {
         const std::string value = std::visit(
             [&](auto source) { return value_text(source, header, element); }, row->value);

@@ -86,7 +86,7 @@ template <class Stored>
 static void read_volume(const char *image_name, float *buffer, const ImageHeader &header,
                         const ImageMatrix &selector)
 {
-    const File_Handle file = open_or_report(image_name, "rb");
+    const FileHandle file = open_or_report(image_name, "rb");
     const std::span pixels(buffer, checked_image_size(header));
     seek_volume(file.get(), image_name, header, selector, pixels.size() * sizeof(Stored));
     // Large reads go past the stream's own buffer; reading ahead into it would be work for nothing.

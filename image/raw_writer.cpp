@@ -83,7 +83,7 @@ static void write_zeros(std::FILE *file, std::int32_t count)
 static void write_data(const char *image_name, std::span<const float> pixels,
                        const ImageHeader &header, const Encoding &encoding)
 {
-    File_Handle file = open_or_report(image_name, "wb");
+    FileHandle file = open_or_report(image_name, "wb");
     write_zeros(file.get(), header.data_offset);
     const std::size_t element_bytes = encoding.element == Element::Float ? 4 : 2;
     std::vector<std::uint8_t> bytes(std::min(pixels.size(), PiecePixels) * element_bytes);

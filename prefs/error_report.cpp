@@ -8,8 +8,9 @@ namespace velmorant
 
 void report_and_exit(std::int32_t count, std::initializer_list<const char *> texts)
 {
+    std::int32_t printed = 0;
     for (const char *text : texts) {
-        if (count-- < 1) {
+        if (printed++ >= count) {
             break;
         }
         std::fputs(text, stdout);

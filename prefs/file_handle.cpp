@@ -5,16 +5,16 @@
 namespace velmorant
 {
 
-File_Handle open_or_report(const char *path, const char *mode)
+FileHandle open_or_report(const char *path, const char *mode)
 {
-    File_Handle file(std::fopen(path, mode));
+    FileHandle file(std::fopen(path, mode));
     if (!file) {
         print_error_message(2, "can't open ", path);
     }
     return file;
 }
 
-void close_written(File_Handle file, const char *path)
+void close_written(FileHandle file, const char *path)
 {
     const bool failed = std::ferror(file.get()) != 0;
     if (std::fclose(file.release()) != 0 || failed) {

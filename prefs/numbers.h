@@ -1,7 +1,7 @@
 #pragma once
 
-// Numbers with defined edges: every conversion that could leave its type's range, and every sum
-// that the file formats want to wrap around, goes through one of these.
+// Numbers with defined edges: every conversion of a text or of a real value to an integer goes
+// through one of these, whatever the input holds.
 
 #include <cfloat>
 #include <cstdint>
@@ -15,7 +15,8 @@ static_assert(std::numeric_limits<float>::is_iec559 && sizeof(float) == 4);
 
 // The integer that a text begins with, as atoi reads it: leading white space is skipped, then an
 // optional sign and decimal digits are taken, and the rest is ignored. No digits give 0. A number
-// outside of 32 bits keeps its low 32 bits, as atoi does where long has 64 bits.
+// outside of 32 bits is held within 64 bits and keeps its low 32 bits, as atoi does where long has
+// 64 bits.
 std::int32_t text_to_int32(const char *text);
 
 // The number that a text begins with, as atof reads it (in double precision, "inf" and "nan"
@@ -38,12 +39,6 @@ constexpr std::int32_t truncate_to_int32(double value)
         return std::numeric_limits<std::int32_t>::max();
     }
     return static_cast<std::int32_t>(value);
-}
-
-// The difference modulo 2^32, as a signed number.
-constexpr std::int32_t wrap_subtract(std::int32_t a, std::int32_t b)
-{
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b));
 }
 
 } // namespace velmorant

@@ -6,13 +6,14 @@
 #include <algorithm>
 #include <cstdio>
 #include <string_view>
+#include <utility>
 
 namespace velmorant
 {
 
 bool check_preference_file(const char *path, const char *key, Line &line_out)
 {
-    const File_Handle file = open_or_report(path, "r");
+    const FileHandle file = open_or_report(path, "r");
     Line line{};
     while (fgetsmod(line.data(), static_cast<std::int32_t>(line.size()), file.get()) != nullptr) {
         if (test_strings(line.data(), key)) {
@@ -25,7 +26,7 @@ bool check_preference_file(const char *path, const char *key, Line &line_out)
 }
 
 // Says that a missing key is being added, and opens the file for its line.
-static File_Handle open_for_missing_key(const char *path, const char *key)
+static FileHandle open_for_missing_key(const char *path, const char *key)
 {
     std::printf("'%s' created in %s...\n", key, path);
     return open_or_report(path, "a");
@@ -39,7 +40,7 @@ void preference_string_strings(const char *path, std::span<char> value_out, cons
         get_string_strings(line.data(), value_out);
         return;
     }
-    File_Handle file = open_for_missing_key(path, key);
+    FileHandle file = open_for_missing_key(path, key);
     std::fprintf(file.get(), "%s:= \"%s\"\n", key, default_text);
     close_written(std::move(file), path);
     if (!value_out.empty()) {
@@ -55,7 +56,7 @@ float preference_float_strings(const char *path, const char *key, float default_
     if (check_preference_file(path, key, line)) {
         return get_float_strings(line.data());
     }
-    File_Handle file = open_for_missing_key(path, key);
+    FileHandle file = open_for_missing_key(path, key);
     std::fprintf(file.get(), "%s:= %f\n", key, static_cast<double>(default_value));
     close_written(std::move(file), path);
     return default_value;
@@ -67,7 +68,7 @@ std::int32_t preference_int_strings(const char *path, const char *key, std::int3
     if (check_preference_file(path, key, line)) {
         return get_int_strings(line.data());
     }
-    File_Handle file = open_for_missing_key(path, key);
+    FileHandle file = open_for_missing_key(path, key);
     std::fprintf(file.get(), "%s:= %d\n", key, default_value);
     close_written(std::move(file), path);
     return default_value;

@@ -6,7 +6,7 @@
 //
 // Every call opens the file, reads it from the top and closes it; the first line that holds the key
 // (see `test_strings`) supplies the value. A file that can't be opened, to read or to append, ends
-// the run with "can't open " and the path.
+// the run with "can't open " and the path; one that can't be appended to, with "can't write ".
 
 #include "prefs/preference_line.h"
 
@@ -20,14 +20,14 @@ namespace velmorant
 // true; without such a line `line_out` becomes empty and the result is false.
 bool check_preference_file(const char *path, const char *key, Line &line_out);
 
-// The value of a key, extracted as by the get_..._strings procedure of the same type, with its
-// endings. For a missing key they print "'KEY' created in PATH...",
-// append one line at the very end of the file (no line end is put before it) and return the default
-// itself:
+// The value of a key, extracted from its line as by the get_..._strings procedure of the same type,
+// which may end the run. For a missing key they print "'KEY' created in PATH...", append one line
+// at the very end of the file (no line end is put before it) and return the default itself:
 //   string   KEY:= "TEXT"
 //   float    KEY:= %f    (six decimals)
 //   integer  KEY:= %d
-// value_out: zero-filled by the caller; a default is copied with its terminator.
+// value_out: zero-filled by the caller. A value found is copied without a terminator; a default is
+// copied with one, cut to the room there is.
 void preference_string_strings(const char *path, std::span<char> value_out, const char *key,
                                const char *default_text);
 float preference_float_strings(const char *path, const char *key, float default_value);

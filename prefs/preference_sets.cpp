@@ -2,7 +2,6 @@
 
 #include "prefs/error_report.h"
 #include "prefs/file_handle.h"
-#include "prefs/numbers.h"
 #include "prefs/preference_file.h"
 #include "prefs/run_environment.h"
 #include "prefs/settings.h"
@@ -106,20 +105,22 @@ static void read_rows(const char *path, std::span<const PreferenceRow> rows)
     }
 }
 
+// Opens to append rather than to write, so that a file that merely can't be read, or that another
+// run is just creating, keeps its lines.
 static void create_missing_file(const char *path)
 {
-    if (File_Handle(std::fopen(path, "r"))) {
+    if (FileHandle(std::fopen(path, "r"))) {
         return;
     }
     std::printf("%s does not exist...\n", path);
-    if (!File_Handle(std::fopen(path, "w"))) {
+    if (!FileHandle(std::fopen(path, "a"))) {
         print_error_message(2, "can't create ", path);
     }
 }
 
 static float middle(std::int32_t dimension)
 {
-    return static_cast<float>(wrap_subtract(dimension, 1)) * 0.5F;
+    return static_cast<float>(std::int64_t{dimension} - 1) * 0.5F;
 }
 
 void read_global_preference(const char *directory)

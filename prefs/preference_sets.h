@@ -1,10 +1,10 @@
 #pragma once
 
 // The two preference files of a run and the settings that they fill (prefs/settings.h). A file that
-// does not exist is announced ("PATH does not exist...") and created, and missing keys are appended
-// with their defaults in the order of the set. A file that can't be created ends the run with
-// "can't create " and the path; whatever a look-up finds wrong ends it as prefs/preference_file.h
-// says.
+// can't be opened is announced ("PATH does not exist...") and created, and missing keys are
+// appended with their defaults in the order of the set. A file that can't be created ends the run
+// with "can't create " and the path; whatever a look-up finds wrong ends it as
+// prefs/preference_file.h says.
 
 #include "prefs/text.h"
 
@@ -23,7 +23,8 @@ void get_local_preference_name(const char *program_path, Text &name_out);
 // Reads the program's own set. The palette's default is "rainbow.plt" in the working directory, as
 // an absolute path, whether it is needed or not: without a working directory the run ends with
 // "can't get directory path", and one of more than 242 characters, which leaves no room for the
-// name, aborts it before any key is read.
+// name, aborts it before any key is read. (A palette's path of more than about 230 characters is
+// longer than the lines of the file can hold: it is used once, and then can't be read back.)
 void read_local_preference(const char *path);
 
 } // namespace velmorant

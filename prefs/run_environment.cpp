@@ -38,7 +38,7 @@ char *get_current_directory(char *buffer, std::size_t size)
 
 bool batch_status()
 {
-    return File_Handle(std::fopen("BATCH_JOB_ACTIVE", "r")) != nullptr;
+    return FileHandle(std::fopen("BATCH_JOB_ACTIVE", "r")) != nullptr;
 }
 
 void batchjob()
@@ -52,7 +52,7 @@ void add_quotations(Text &text)
     if (plain.size() >= 253) {
         print_error_message(1, "strings too long to add quotation marks");
     }
-    copy_text_or_report(text, '"' + plain + '"');
+    copy_text_or_abort(text, '"' + plain + '"');
 }
 
 } // namespace velmorant

@@ -1,8 +1,8 @@
 #pragma once
 
 // The process-wide settings. They are zero at start, set once by the preference sets, in part
-// overridden by the command line, and only read afterwards. Units are millimetres and pixels.
-// Defaults and preference keys: prefs/preference_sets.cpp.
+// overridden or set by the command line, and only read afterwards. Units are millimetres and
+// pixels. Defaults and preference keys: prefs/preference_sets.cpp.
 
 #include "prefs/text.h"
 
@@ -18,8 +18,8 @@ struct NormSet {
     std::int32_t bin_count; // histogram bins
 };
 
-// The package's standard image space: dimensions, pixel sizes, anterior-posterior commissure level
-// and centre (derived: the middle of the plane, z 0).
+// The package's standard image space: dimensions, pixel sizes, level of the plane through
+// the anterior and posterior commissures, and centre (derived: the middle of the plane, z 0).
 inline std::int32_t STD_Xd, STD_Yd, STD_Zd;
 inline float STD_Px, STD_Py, STD_Pz;
 inline float STD_Acpc;

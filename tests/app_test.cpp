@@ -1,6 +1,6 @@
-#include "app/command_line.h"
 #include "app/montage.h"
 #include "app/palette.h"
+#include "app/parse_args.h"
 #include "app/scale_bar.h"
 #include "tests/support/files.h"
 #include "tests/support/process.h"
@@ -57,7 +57,7 @@ TEST(ScaleBar, RunsFromTheTopOfThePaletteDownBetweenItsEnds)
 
 TEST(Palette, OnlyItsVeryLastByteMayBeMissing)
 {
-    const test::Empty_Folder folder;
+    const test::EmptyFolder folder;
     std::string bytes;
     for (int i = 0; i < 768; ++i) {
         bytes += static_cast<char>(i / 256 + 1);

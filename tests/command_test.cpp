@@ -59,7 +59,7 @@ static void make_inputs(const std::string &header_changes = "")
 
 TEST(FirstRun, CreatesCompletePreferenceFilesAndGoesOn)
 {
-    const test::Empty_Folder folder;
+    const test::EmptyFolder folder;
     make_inputs();
     const std::string global = "Standard Output x Dimension:= 128\n"
                                "Standard Output y Dimension:= 128\n"
@@ -91,7 +91,7 @@ TEST(FirstRun, CreatesCompletePreferenceFilesAndGoesOn)
                               "Width of the Scale (pixel):= 10\n"
                               "Minimal Pixel Cutoff Value:= 0.000000\n"
                               "Color Palette File:= \"" +
-                              folder.path.string() +
+                              std::filesystem::current_path().string() +
                               "/rainbow.plt\"\n"
                               "Color Scale Bar: 0=no, 1=yes:= 0\n"
                               "Gray Scale: 0=color, 1=gray:= 0\n";
@@ -119,7 +119,7 @@ TEST(FirstRun, CreatesCompletePreferenceFilesAndGoesOn)
 
 TEST(Usage, IsPrintedForFewerThanThreeArgumentsOnceThePreferencesAreRead)
 {
-    const test::Empty_Folder folder;
+    const test::EmptyFolder folder;
     tiffgen({});
     EXPECT_EQ(test::summary(tiffgen({"a.img", "out"})), "status 255: " + Banner + Usage);
     const Outcome elsewhere = tiffgen({"-pold", "-pown.prf"});
@@ -130,7 +130,7 @@ TEST(Usage, IsPrintedForFewerThanThreeArgumentsOnceThePreferencesAreRead)
 
 TEST(ProgramDirectory, IsTakenFromTheFirstWord)
 {
-    const test::Empty_Folder folder;
+    const test::EmptyFolder folder;
     std::filesystem::create_directory("bin");
     EXPECT_EQ(test::run_program(TIFFGEN, {"bin/viewer"}).status, 255);
     EXPECT_TRUE(std::filesystem::exists("bin/GLOBAL.prf"));
@@ -148,7 +148,7 @@ TEST(Endings, EveryFailureHasItsLineAndStatusZero)
         std::string last_line;
     } cases[] = {
         {"", {"a.img", "out", "1", "-s2"}, "Illegal FlagScaleBar"},
-        {"", {"a.img", "out", "1", "-s-1"}, "Illegal FlagScaleBar"},
+        {"", {"a.img", "out", "1", "-s-1", "-cnone"}, "Illegal FlagScaleBar"},
         {"", {"a.img", "out", "1", "-g1", "-cnone"}, "Can't open color palette"},
         {"", {"a.img", "out", "1", "-ca.hdr"}, "Incomplete color palette"},
         {"", {"b.img", "out", "1"}, "can't open b.hdr"},
@@ -169,17 +169,19 @@ TEST(Endings, EveryFailureHasItsLineAndStatusZero)
         {"", {"a.img", "out", "1", "-X0"}, "Illegal NumColumn: 0"},
         {"", {"a.img", "out", "1", "-x0"}, "Illegal slice_width: 0"},
         {"", {"a.img", "out", "1", "-y-3"}, "Illegal slice_height: -3"},
-        {"", {"a.img", "out", "1", "-X300", "-x128"},
-         "illegal picture size 38400 x 2 (1 to 32767 pixels each way)"},
+        {"", {"a.img", "out", "1", "-X2", "-x16384"},
+         "Illegal picture size 32768 x 4 (1 to 32767 pixels each way)"},
+        {"", {"a.img", "out", "1", "-X1", "-y65537"},
+         "Illegal picture size 3 x 196611 (1 to 32767 pixels each way)"},
         {"", {"a.img", "out", "1", "-X2147483647", "-x2147483647"},
-         "illegal picture size 4611686014132420609 x 2 (1 to 32767 pixels each way)"},
+         "Illegal picture size 4611686014132420609 x 2 (1 to 32767 pixels each way)"},
         {"number of slices :=0", {"a.img", "out", "1"},
-         "illegal picture size 30 x 0 (1 to 32767 pixels each way)"},
+         "Illegal picture size 30 x 0 (1 to 32767 pixels each way)"},
         {"", {"a.img", "none/out", "1"}, "Can't write tiff file"},
     };
     // clang-format on
     for (const auto &row : cases) {
-        const test::Empty_Folder folder;
+        const test::EmptyFolder folder;
         make_inputs(row.header);
         const Outcome outcome = tiffgen(row.arguments);
         EXPECT_TRUE(test::summary(outcome).starts_with("status 0: ")) << row.last_line;
@@ -190,7 +192,7 @@ TEST(Endings, EveryFailureHasItsLineAndStatusZero)
 
 TEST(Endings, FormatsAreNamedExactly)
 {
-    const test::Empty_Folder folder;
+    const test::EmptyFolder folder;
     make_inputs();
     for (const std::string name : {"floatb", "FLOAT", ""}) {
         test::write_file("GLOBAL.prf", "File Format:= \"" + name + "\"\n");
@@ -201,7 +203,7 @@ TEST(Endings, FormatsAreNamedExactly)
 
 TEST(Endings, FileNamesThatDoNotFitAbort)
 {
-    const test::Empty_Folder folder;
+    const test::EmptyFolder folder;
     make_inputs();
     const std::string longest(254, 'n');
     EXPECT_TRUE(

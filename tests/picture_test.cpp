@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -20,9 +21,12 @@ static const std::vector<float> Volume{16,  32,  48,  64,  80,  96,  112, 128, 1
 
 static test::Picture make_picture(std::vector<std::string> options, const char *maximum = "256")
 {
-    options.insert(options.begin(), {"tiffgen", "a.img", "out", maximum});
-    EXPECT_TRUE(test::summary(test::run_program(TIFFGEN, options)).starts_with("status 1: "));
-    return test::read_picture("out.tif");
+    // An output name whose second letter is that of an option is no option.
+    options.insert(options.begin(), {"tiffgen", "a.img", "ox9", maximum});
+    const std::string said = test::summary(test::run_program(TIFFGEN, options));
+    EXPECT_TRUE(said.starts_with("status 1: ")) << said;
+    EXPECT_NE(said.find("\nMax="), std::string::npos) << said;
+    return test::read_picture("ox9.tif");
 }
 
 static void write_study(const std::string &header_changes, const std::string &data)
@@ -40,7 +44,7 @@ static void write_study(const std::string &header_changes, const std::string &da
 
 TEST(Montage, TilesAreCutPaddedAndCentred)
 {
-    const test::Empty_Folder folder;
+    const test::EmptyFolder folder;
     write_study("", test::stored_floats(Volume, true));
     // clang-format off
     const struct {
@@ -77,11 +81,14 @@ TEST(Montage, TilesAreCutPaddedAndCentred)
         EXPECT_EQ(picture.bytes, row.expected) << row.label;
     }
     EXPECT_EQ(make_picture({"-g1"}).width, 30) << "ten columns by default";
+    const test::Picture widest = make_picture({"-g1", "-X1", "-x32767"});
+    EXPECT_EQ(widest.width, 32767);
+    EXPECT_EQ(widest.bytes.at(32767 / 2), 31);
 }
 
 TEST(Montage, EveryStorageShowsTheSamePicture)
 {
-    const test::Empty_Folder folder;
+    const test::EmptyFolder folder;
     const std::vector<std::int64_t> integers(Volume.begin(), Volume.end());
     const std::vector<std::int64_t> backwards(Volume.rbegin(), Volume.rend());
     const Values expected{15, 31, 47, 111, 127, 142, 206, 222, 238,
@@ -103,6 +110,11 @@ TEST(Montage, EveryStorageShowsTheSamePicture)
             EXPECT_EQ(make_picture({"-g1", "-X3"}).bytes, expected) << order << header;
         }
     }
+    // Without a word on orientation and byte order, the standard ones are taken.
+    test::write_file("a.hdr", "matrix size [1] :=3\nmatrix size [2] :=2\nnumber of slices :=3\n"
+                              "!data format :=3\n!pixel scaling value :=1\n");
+    test::write_file("a.img", test::stored_floats(Volume, true));
+    EXPECT_EQ(make_picture({"-g1", "-X3"}).bytes, expected);
     // Signs and scaling: -1 and 65535 are stored alike.
     const std::string row =
         "matrix size [2] :=1\nnumber of slices :=1\n!pixel scaling value :=65400\n";
@@ -115,7 +127,7 @@ TEST(Montage, EveryStorageShowsTheSamePicture)
 
 TEST(Montage, ShowsTheSelectedFrameAndBed)
 {
-    const test::Empty_Folder folder;
+    const test::EmptyFolder folder;
     std::string data = "12345";
     for (const float value : {128.0F, 144.0F, 160.0F, 176.0F, 192.0F, 208.0F}) {
         data += test::stored_floats({value}, true);
@@ -135,20 +147,26 @@ TEST(Montage, ShowsTheSelectedFrameAndBed)
 
 TEST(Montage, PeakNormalisationTakesTheMaximumToTheTop)
 {
-    const test::Empty_Folder folder;
+    const test::EmptyFolder folder;
     write_study("matrix size [1] :=4\nmatrix size [2] :=1\nnumber of slices :=1\n",
                 test::stored_floats({-20000, 10, 40, 80}, true));
     for (const char *maximum : {"0", "0.0", "abc"}) {
         EXPECT_EQ(make_picture({"-X1", "-g1"}, maximum).bytes, (Values{0, 31, 127, 254}));
     }
     EXPECT_EQ(make_picture({"-X1", "-g1"}, "-80").bytes, (Values{254, 0, 0, 0}));
+    // In another GLOBAL.prf the top is 512, and what is out of field is marked by 256.
+    test::write_file("GLOBAL.prf", "Normalized Global Value:= 512\n"
+                                   "Index Value for Out-of-Field:= 256\n"
+                                   "Check Value for Out-of-Field:= 20\n");
+    EXPECT_EQ(make_picture({"-X1", "-g1", "-m-512"}, "0").bytes, (Values{190, 190, 190, 254}));
+    std::filesystem::remove("GLOBAL.prf");
     // A positional argument counts as an option, too: no number, and 40 at the bottom.
     EXPECT_EQ(make_picture({"-X1", "-g1"}, "-m40").bytes, (Values{0, 22, 121, 254}));
 }
 
 TEST(Picture, ColoursComeFromThePaletteAndTheBarStandsBeside)
 {
-    const test::Empty_Folder folder;
+    const test::EmptyFolder folder;
     write_study("matrix size [1] :=1\nmatrix size [2] :=8\nnumber of slices :=1\n",
                 test::stored_floats({16, 32, 48, 64, 80, 96, 112, 300}, true));
     test::write_file("tiffgen.prf", "Width of the Scale (pixel):= 2\n");
@@ -179,6 +197,11 @@ TEST(Picture, ColoursComeFromThePaletteAndTheBarStandsBeside)
                                   79, 127, 127, 95, 63, 63, 111, 0, 0, 254, 0,   0}));
     EXPECT_TRUE(gray.tags.starts_with("bits=8 photometric=1 samples=1 ")) << gray.tags;
 
+    // A bar of 3/4 of the height has its ends at 1 and 7; the preference file is named by -p.
+    test::write_file("p",
+                     "Width of the Scale (pixel):= 1\nHeight of the Scale (% screen):= 0.75\n");
+    EXPECT_EQ(make_picture({"-X1", "-s1", "-g1", "-pp"}).bytes,
+              (Values{15, 0, 31, 0, 47, 212, 63, 170, 79, 127, 95, 85, 111, 42, 254, 0}));
     test::write_file("tiffgen.prf", "Width of the Scale (pixel):= -1\n");
     EXPECT_EQ(make_picture({"-X2", "-s1", "-g1"}).bytes, (Values{15, 31, 47, 63, 79, 95, 111, 254}))
         << "narrowed by a negative width";

@@ -32,7 +32,7 @@ static std::vector<std::string> lines_of(const std::string &bytes)
 
 TEST(PreferenceLine, EndsAtLineFeedCarriageReturnLimitOrEndOfFile)
 {
-    const test::Empty_Folder folder;
+    const test::EmptyFolder folder;
     EXPECT_EQ(lines_of(""), (std::vector<std::string>{}));
     EXPECT_EQ(lines_of("a\nb\r\nc"), (std::vector<std::string>{"a\n", "b\r", "\n", "c"}));
     const std::string piece(253, 'x');
@@ -105,7 +105,7 @@ TEST(PreferenceLine, TextIsWhatStandsBetweenTheFirstTwoQuotesBehindTheSeparator)
 
 TEST(PreferenceFile, FirstLineWinsAndMissingKeysAreAppended)
 {
-    const test::Empty_Folder folder;
+    const test::EmptyFolder folder;
     test::write_file("p", "x Size := 3\r\nSize:= 4\n" + std::string(249, ' ') + "cut key:= 9\n");
     EXPECT_EQ(preference_int_strings("p", "size", 1), 3);
     // The key "cut key" is cut by the limit of 253 characters a line.
@@ -135,7 +135,7 @@ TEST(PreferenceFile, FirstLineWinsAndMissingKeysAreAppended)
 
 TEST(PreferenceFile, UnusableFilesEndTheRun)
 {
-    const test::Empty_Folder folder;
+    const test::EmptyFolder folder;
     EXPECT_EQ(ending([] { preference_int_strings("none", "K", 1); }),
               "status 0: can't open none\n");
     std::filesystem::create_directory("d");
@@ -145,18 +145,29 @@ TEST(PreferenceFile, UnusableFilesEndTheRun)
               "status 0:  does not exist...\ncan't create \n");
 }
 
-TEST(PreferenceSets, PartOfAFileIsCompletedAndTheCentresAreDerived)
+TEST(PreferenceSets, EveryKeyReachesItsSetting)
 {
-    const test::Empty_Folder folder;
-    test::write_file("GLOBAL.prf", "File Format:= \"CTI6\"\nstandard output X dimension:= 100\n");
-    const std::string said = ending([] {
-        read_global_preference("");
-        std::printf("%s %g %g %d %g", FileFormat.data(), static_cast<double>(STD_X0),
-                    static_cast<double>(STD_Y0), INT_MaxPixelValue,
-                    static_cast<double>(INT_NormSet.lower_threshold));
-    });
-    EXPECT_TRUE(said.ends_with("CTI6 49.5 63.5 32700 0.4")) << said;
-    EXPECT_EQ(std::ranges::count(test::read_file("GLOBAL.prf"), '\n'), 25);
+    const test::EmptyFolder folder;
+    ending([] { read_global_preference(""); });
+    // The lines of the new file in order, each with another value.
+    std::string file;
+    int value = 100;
+    for (const std::string &line : lines_of(test::read_file("GLOBAL.prf"))) {
+        file += line.substr(0, line.find(":=")) + ":= \"" + std::to_string(++value) + "\"\n";
+    }
+    file.erase(std::remove(file.begin(), file.end() - 8, '"'), file.end() - 8);
+    test::write_file("GLOBAL.prf", file);
+    read_global_preference("");
+    EXPECT_EQ((std::array{STD_Xd, STD_Yd, STD_Zd, INT_Xd, INT_Yd, INT_Zd, INT_NormSet.bin_count,
+                          std::int32_t{INT_MaxPixelValue}}),
+              (std::array{101, 102, 103, 108, 109, 110, 121, 122}));
+    EXPECT_EQ((std::array{STD_Px, STD_Py, STD_Pz, STD_Acpc, INT_Px, INT_Py, INT_Pz, INT_X0, INT_Y0,
+                          INT_Z0, INT_AcpcOffset, INT_Global, INT_NormSet.peak_threshold,
+                          INT_NormSet.lower_threshold, INT_OutOfFieldValue, INT_OutOfFieldCheck}),
+              (std::array{104.0F, 105.0F, 106.0F, 107.0F, 111.0F, 112.0F, 113.0F, 114.0F, 115.0F,
+                          116.0F, 117.0F, 118.0F, 119.0F, 120.0F, 123.0F, 124.0F}));
+    EXPECT_STREQ(FileFormat.data(), "125");
+    EXPECT_EQ((std::array{STD_X0, STD_Y0, STD_Z0}), (std::array{50.0F, 50.5F, 0.0F}));
 }
 
 TEST(PreferenceSets, NamesThatDoNotFitAreReported)
@@ -171,7 +182,7 @@ TEST(PreferenceSets, NamesThatDoNotFitAreReported)
 
 TEST(PreferenceSets, WorkingDirectoryMustLeaveRoomForThePaletteName)
 {
-    const test::Empty_Folder folder;
+    const test::EmptyFolder folder;
     const auto deepen_to = [](std::size_t length) {
         const std::size_t now = std::filesystem::current_path().string().size();
         const std::string name(length - now - 1, 'd');
@@ -187,14 +198,29 @@ TEST(PreferenceSets, WorkingDirectoryMustLeaveRoomForThePaletteName)
     deepen_to(243);
     EXPECT_EQ(ending([] { read_local_preference("p"); }), "status 134: p does not exist...\n");
     EXPECT_EQ(test::read_file("p"), "");
+    const std::filesystem::path middle = std::filesystem::current_path();
+    deepen_to(253);
+    EXPECT_EQ(ending([] { read_local_preference("p"); }), "status 134: p does not exist...\n");
+    std::filesystem::current_path(middle);
     deepen_to(254);
     EXPECT_EQ(ending([] { read_local_preference("p"); }),
               "status 0: p does not exist...\ncan't get directory path\n");
 }
 
+TEST(RunEnvironment, ProgramDirectoryEndsAtTheLastSlash)
+{
+    Text directory{};
+    EXPECT_STREQ(get_program_directory("/a/b/tiffgen", directory), "/a/b/");
+    EXPECT_EQ(get_program_directory("tiffgen", directory), nullptr);
+    EXPECT_STREQ(directory.data(), "");
+    EXPECT_EQ(
+        ending([&] { get_program_directory((std::string(254, 'd') + "/").c_str(), directory); }),
+        "status 0: file name too long: " + std::string(254, 'd') + "/\n");
+}
+
 TEST(RunEnvironment, BatchJobsAreMarkedByAFile)
 {
-    const test::Empty_Folder folder;
+    const test::EmptyFolder folder;
     EXPECT_FALSE(batch_status());
     test::write_file("BATCH_JOB_ACTIVE", "");
     EXPECT_TRUE(batch_status());

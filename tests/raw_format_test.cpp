@@ -41,7 +41,7 @@ TEST(RawHeader, NameEndsWhereTheLastDotStands)
 
 TEST(RawHeader, EveryKeySetsItsField)
 {
-    const test::Empty_Folder folder;
+    const test::EmptyFolder folder;
     test::write_file("s.hdr", "MATRIX SIZE [1] := 101\n"
                               "x matrix size [2] y :=102 rows\r\n"
                               "number of slices:=103\n"
@@ -79,7 +79,7 @@ TEST(RawHeader, EveryKeySetsItsField)
 
 TEST(RawReader, WhatNoHeaderFileCanSayIsCheckedAsWell)
 {
-    const test::Empty_Folder folder;
+    const test::EmptyFolder folder;
     test::write_file("s.img", "");
     std::vector<float> pixels(3);
     ImageHeader header = header_of(3, 2);
@@ -136,7 +136,7 @@ TEST(ShortScaling, ValuesAreRoundedAwayFromZeroAndTheNarrowBandsCaught)
 
 TEST(RawWriter, OneVolumeOfFloats)
 {
-    const test::Empty_Folder folder;
+    const test::EmptyFolder folder;
     ImageHeader header = header_of(2, 0);
     header.num_slices = 2;
     header.data_offset = 3;
@@ -180,7 +180,7 @@ static bool states_scaling(const std::string &name, const std::string &value)
 
 TEST(RawWriter, OneVolumeOfShortsByEveryQuantisation)
 {
-    const test::Empty_Folder folder;
+    const test::EmptyFolder folder;
     const ImageHeader header = header_of(4, 1);
     std::vector<float> pixels{1000.0F, 500.0F, -0.25F, 32701.0F};
     const FormatSetting units{.keyword = {}, .quantisation = 1.0F};
@@ -209,7 +209,7 @@ TEST(RawWriter, OneVolumeOfShortsByEveryQuantisation)
 
 TEST(RawWriter, WholeFilesShareOneScalingAndStateNoOffset)
 {
-    const test::Empty_Folder folder;
+    const test::EmptyFolder folder;
     ImageHeader header = header_of(2, 0);
     header.num_frames = 2;
     header.num_beds = 1;
@@ -230,7 +230,7 @@ TEST(RawWriter, WholeFilesShareOneScalingAndStateNoOffset)
 
 TEST(RawWriter, WhatCanNotBeWrittenIsReported)
 {
-    const test::Empty_Folder folder;
+    const test::EmptyFolder folder;
     std::vector<float> pixels(100000);
     const auto report = [&](const char *name, std::int32_t byte_order) {
         return ending([&] {

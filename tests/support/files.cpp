@@ -9,14 +9,14 @@
 namespace test
 {
 
-Empty_Folder::Empty_Folder() : before(std::filesystem::current_path())
+EmptyFolder::EmptyFolder() : before(std::filesystem::current_path())
 {
     std::string name = std::filesystem::temp_directory_path() / "velmorant-XXXXXX";
     path = mkdtemp(name.data());
     std::filesystem::current_path(path);
 }
 
-Empty_Folder::~Empty_Folder()
+EmptyFolder::~EmptyFolder()
 {
     std::filesystem::current_path(before);
     std::filesystem::remove_all(path);

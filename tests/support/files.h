@@ -7,13 +7,13 @@ namespace test
 {
 
 // An empty folder that is the working directory for as long as it lives.
-class Empty_Folder
+class EmptyFolder
 {
 public:
-    Empty_Folder();
-    ~Empty_Folder();
-    Empty_Folder(const Empty_Folder &) = delete;
-    Empty_Folder &operator=(const Empty_Folder &) = delete;
+    EmptyFolder();
+    ~EmptyFolder();
+    EmptyFolder(const EmptyFolder &) = delete;
+    EmptyFolder &operator=(const EmptyFolder &) = delete;
 
     std::filesystem::path path;
 
