@@ -13,11 +13,16 @@
 namespace velmorant
 {
 
+namespace
+{
+
 struct OptionRow {
     char letter;
     std::variant<std::int32_t *, std::optional<std::int32_t> *, float *, Text *> value;
     const char *usage; // null where the row above speaks for this one
 };
+
+} // namespace
 
 static auto option_rows(RunRequest &request)
 {
@@ -99,8 +104,7 @@ void validate_flags()
     if (static_cast<std::uint32_t>(FlagScaleBar) > 1) {
         print_error_message(1, "Illegal FlagScaleBar");
     }
-    // Any value of FlagGray but 0 means gray, so this check must not look at it: it asks for the
-    // scale bar once more and never fires.
+    // Kept, though it can't fire: no value of FlagGray is illegal, so the scale bar is asked again.
     if (static_cast<std::uint32_t>(FlagScaleBar) > 1) {
         print_error_message(1, "Illegal FlagGray");
     }

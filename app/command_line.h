@@ -1,7 +1,7 @@
 #pragma once
 
 // The command line: image file, output file without extension, max pixel value, then options, each
-// one argument with its value glued to its letter (-f2). The options may stand anywhere behind the
+// one argument with its value glued to its letter (-f2). The options may stand anywhere after the
 // program's name; the positional arguments are looked at as options, too. Numbers are read as by
 // `text_to_int32` and `text_to_float`; a file name of 255 characters or more (the output's ".tif"
 // counts) aborts the process.

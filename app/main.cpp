@@ -7,6 +7,7 @@
 #include "app/picture.h"
 #include "image/allocate.h"
 #include "image/format_dispatch.h"
+#include "image/image_geometry.h"
 #include "image/image_header.h"
 #include "image/normalisation.h"
 #include "prefs/preference_sets.h"

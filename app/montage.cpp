@@ -1,6 +1,5 @@
 #include "app/montage.h"
 
-#include "app/palette.h"
 #include "prefs/error_report.h"
 
 #include <algorithm>
@@ -28,15 +27,8 @@ MontageGrid lay_out_montage(std::int32_t num_slices, std::int32_t columns, std::
             .rows = num_slices / columns + (num_slices % columns == 0 ? 0 : 1)};
 }
 
-std::uint8_t palette_index(float value, const PixelRange &range)
+namespace
 {
-    constexpr auto top = static_cast<float>(TopIndex);
-    const float index = (value - range.bottom) / (range.top - range.bottom) * top;
-    // Held within the palette before it is converted. A NaN is not above 0.
-    const float above = index > 0.0F ? index : 0.0F;
-    const float held = above < top ? above : top;
-    return static_cast<std::uint8_t>(static_cast<std::int32_t>(held));
-}
 
 // Places a slice of `extent` pixels in a tile of `tile` pixels along one axis: the tile shows the
 // source pixels from `source` on in its pixels from `first` to, without, `last`.
@@ -46,11 +38,13 @@ struct Placement {
     std::int32_t last;
 };
 
+} // namespace
+
 static Placement centre(std::int32_t extent, std::int32_t tile)
 {
     const std::int32_t edge = extent / 2 - tile / 2;
-    const std::int32_t first = std::clamp(-edge, 0, tile);
-    return {.source = edge + first, .first = first, .last = std::clamp(extent - edge, first, tile)};
+    const std::int32_t first = std::max(-edge, 0);
+    return {.source = edge + first, .first = first, .last = std::min(extent - edge, tile)};
 }
 
 static void map_pixels(std::span<const float> pixels, const PixelRange &range,

@@ -3,6 +3,7 @@
 // The montage: all slices of a volume side by side, each centred in a tile of its own, and every
 // pixel mapped to a palette index.
 
+#include "app/palette_index.h"
 #include "image/image_header.h"
 
 #include <cstdint>
@@ -25,17 +26,8 @@ struct MontageGrid {
 MontageGrid lay_out_montage(std::int32_t num_slices, std::int32_t columns, std::int32_t slice_width,
                             std::int32_t slice_height);
 
-// Which pixel values the ends of the palette stand for.
-struct PixelRange {
-    float bottom; // index 0
-    float top;    // index 254
-};
-
-// The palette index of a pixel value: (value - bottom) / (top - bottom) * 254 in single precision,
-// truncated and held within 0 and 254. What is no number gives 0.
-std::uint8_t palette_index(float value, const PixelRange &range);
-
-// Computes the palette indices of one picture row, without the scale bar, as far as there is room.
+// Computes the palette indices of one picture row, without the scale bar, as far as there is room: a
+// picture may show less than the whole montage.
 // volume: the pixels of all slices, see image/image_header.h.
 // row: from 0 to rows * slice_height - 1.
 // indices: columns * slice_width bytes, or fewer for the left part of the row.

@@ -7,9 +7,6 @@
 namespace velmorant
 {
 
-// Palette indices run from 0 to 254: entry 255 is never used.
-inline constexpr std::int32_t TopIndex = 254;
-
 // The colours of the palette's 256 indices; zero at start.
 inline constexpr std::size_t PaletteEntries = 256;
 inline std::array<std::uint8_t, PaletteEntries> red, green, blue;

@@ -15,6 +15,9 @@
 namespace velmorant
 {
 
+namespace
+{
+
 struct CloseTiff {
     void operator()(TIFF *tiff) const
     {
@@ -36,6 +39,8 @@ struct PictureSize {
     std::int16_t height;
     std::int16_t montage_width; // what of the montage the picture shows
 };
+
+} // namespace
 
 static bool fits_picture(std::int64_t length)
 {

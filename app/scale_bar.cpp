@@ -1,6 +1,6 @@
 #include "app/scale_bar.h"
 
-#include "app/palette.h"
+#include "app/palette_index.h"
 #include "prefs/numbers.h"
 
 #include <algorithm>

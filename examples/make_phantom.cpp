@@ -6,6 +6,7 @@
 
 #include "examples/phantom.h"
 #include "image/allocate.h"
+#include "image/image_geometry.h"
 #include "image/image_header.h"
 #include "image/raw_writer.h"
 #include "prefs/numbers.h"

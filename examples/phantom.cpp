@@ -1,5 +1,7 @@
 #include "examples/phantom.h"
 
+#include "image/old_layout.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>

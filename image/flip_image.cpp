@@ -1,4 +1,5 @@
 #include "image/flip_image.h"
+#include "image/image_geometry.h"
 
 #include "prefs/error_report.h"
 
@@ -29,43 +30,53 @@ static void reverse_items(float *items, std::size_t count, std::size_t length)
     }
 }
 
-void flip_image(float *buffer, const ImageHeader &header, std::int32_t right_on_left,
-                std::int32_t anterior_to_posterior, std::int32_t superior_to_inferior)
+// Flips a volume of `size` pixels, which is not 0.
+static void flip_volume(float *buffer, std::size_t size, const ImageHeader &header, bool flip_x,
+                        bool flip_y, bool flip_z)
 {
-    check_flags(right_on_left, anterior_to_posterior, superior_to_inferior);
-    const std::size_t size = checked_image_size(header);
-    if (size == 0) {
-        return;
-    }
     const auto row = static_cast<std::size_t>(header.x_dim);
     const auto rows = static_cast<std::size_t>(header.y_dim);
     const std::size_t slice = row * rows;
     const float *end = buffer + size;
-    if (right_on_left == 0) {
+    if (flip_x) {
         for (float *start = buffer; start != end; start += row) {
             std::reverse(start, start + row);
         }
     }
-    if (anterior_to_posterior == 0) {
+    if (flip_y) {
         for (float *start = buffer; start != end; start += slice) {
             reverse_items(start, rows, row);
         }
     }
-    if (superior_to_inferior == 0) {
+    if (flip_z) {
         reverse_items(buffer, size / slice, slice);
     }
+}
+
+// Flips `volumes` volumes that follow one another.
+static void flip_volumes(float *buffer, std::size_t volumes, const ImageHeader &header,
+                         std::int32_t right_on_left, std::int32_t anterior_to_posterior,
+                         std::int32_t superior_to_inferior)
+{
+    check_flags(right_on_left, anterior_to_posterior, superior_to_inferior);
+    const std::size_t size = checked_image_size(header);
+    for (std::size_t volume = 0; size > 0 && volume < volumes; ++volume) {
+        flip_volume(buffer + volume * size, size, header, right_on_left == 0,
+                    anterior_to_posterior == 0, superior_to_inferior == 0);
+    }
+}
+
+void flip_image(float *buffer, const ImageHeader &header, std::int32_t right_on_left,
+                std::int32_t anterior_to_posterior, std::int32_t superior_to_inferior)
+{
+    flip_volumes(buffer, 1, header, right_on_left, anterior_to_posterior, superior_to_inferior);
 }
 
 void flip_image_multiframe(float *buffer, const ImageHeader &header, std::int32_t right_on_left,
                            std::int32_t anterior_to_posterior, std::int32_t superior_to_inferior)
 {
-    check_flags(right_on_left, anterior_to_posterior, superior_to_inferior);
-    const std::size_t volumes = checked_volume_count(header);
-    const std::size_t size = checked_image_size(header);
-    for (std::size_t volume = 0; volume < volumes; ++volume) {
-        flip_image(buffer + volume * size, header, right_on_left, anterior_to_posterior,
-                   superior_to_inferior);
-    }
+    flip_volumes(buffer, checked_volume_count(header), header, right_on_left, anterior_to_posterior,
+                 superior_to_inferior);
 }
 
 } // namespace velmorant

@@ -41,12 +41,12 @@ void read_image_planes(const char *image_name, float *buffer, const ImageHeader 
                        const ImageMatrix &selector, const char *keyword)
 {
     refuse_ecat(keyword);
-    switch (static_cast<Element>(header.data_format)) {
-    case Element::SignedShort:
+    switch (static_cast<StoredType>(header.data_format)) {
+    case StoredType::SignedShort:
         return read_image_planes_binary(image_name, buffer, header, selector);
-    case Element::UnsignedShort:
+    case StoredType::UnsignedShort:
         return read_image_planes_binary_unsigned(image_name, buffer, header, selector);
-    case Element::Float:
+    case StoredType::Float:
         return read_image_planes_binary_float(image_name, buffer, header, selector);
     }
     report_unsupported_format();

@@ -6,10 +6,8 @@
 // then y, then slice; pixel (x, y, z), counted from 0, is element z * (x_dim * y_dim) + y * x_dim +
 // x. Readers fill it in the standard orientation (the subject's right on the image's left, rows
 // from anterior to posterior, slices from superior to inferior) and in the image's real units. The
-// caller allocates it, sized by `image_size`, and owns it.
+// caller allocates it, sized by `image_size` (image/image_geometry.h), and owns it.
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
 
 namespace velmorant
@@ -45,30 +43,6 @@ struct ImageMatrix {
     std::int32_t bed;
 };
 
-// The older layouts: the first seven integers of a header, and its pixel size (x and y alike) and
-// slice thickness in mm; the five integers of a selector.
-using OldHeaderIntegers = std::array<std::int32_t, 7>;
-using OldHeaderSizes = std::array<float, 2>;
-using OldImageMatrix = std::array<std::int32_t, 5>;
-
-// Number of pixels of one volume: y_dim * x_dim * num_slices modulo 2^32. Exact for every geometry
-// that passes `check_image_geometry`.
-std::size_t image_size(const ImageHeader &header);
-
-// Number of pixels of one volume, or the end of the run: a negative dimension, or more pixels than
-// a signed 32-bit count can say, is reported as "illegal image dimensions 65536 x 65536 x 1". All
-// that touches a pixel buffer takes its extent from here.
-std::size_t checked_image_size(const ImageHeader &header);
-
-// Number of volumes of a file, num_frames * (num_beds + 1), or the end of the run where it is
-// negative or all volumes together are more pixels than a signed 32-bit count can say:
-// "illegal number of frames and beds: 2 and 70000".
-std::size_t checked_volume_count(const ImageHeader &header);
-
-// The check of `checked_image_size` for a header just read, the report followed by " in " and the
-// file's name.
-void check_image_geometry(const ImageHeader &header, const char *file_name);
-
 void copy_ImageHeader(const ImageHeader &source, ImageHeader &destination);
 
 // Whether two headers describe the same geometry: the seven leading integers (without: only
@@ -80,20 +54,11 @@ bool compare_ImageHeader_without_frame_gate_data_or_bed(const ImageHeader &a, co
 // Prints dimensions, pixel sizes, frames and beds as one line on standard output.
 void print_image_matrix_size(const ImageHeader &header);
 
-// What is taken of an image before its header is read: the standard orientation, big-endian signed
+// What a header holds before an image's own is read: the standard orientation, big-endian signed
 // 16-bit elements, and 0 for everything else.
 void create_standard_image_header(ImageHeader &header);
 
 // Frame 1, plane 1, gate 1, data set 0, bed 0.
 void create_standard_image_matrix(ImageMatrix &selector);
-
-// From and to the older layouts. What an older header lacks becomes as by
-// `create_standard_image_header`. The older layout has one pixel size, x; where y
-// differs (a NaN always does) "*** Warning: Inconsistent x-y pixel size ***" is printed.
-void convert_header_old_to_new(const OldHeaderIntegers &old_ints, const OldHeaderSizes &old_sizes,
-                               ImageHeader &header);
-void convert_header_new_to_old(const ImageHeader &header, OldHeaderIntegers &old_ints,
-                               OldHeaderSizes &old_sizes);
-void convert_imagematrix_old_to_new(const OldImageMatrix &old_matrix, ImageMatrix &new_matrix);
 
 } // namespace velmorant

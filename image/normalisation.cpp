@@ -1,4 +1,5 @@
 #include "image/normalisation.h"
+#include "image/image_geometry.h"
 
 #include "image/allocate.h"
 #include "prefs/error_report.h"
@@ -55,7 +56,7 @@ static void fill_histogram(Pixels pixels, float check, float lowest, float step,
     }
 }
 
-// The first bin at which the running count reaches the target, or the number of bins.
+// The first bin at which the running count reaches the target, or the number of counters.
 static std::size_t find_peak_bin(std::span<const std::int32_t> histogram, std::int32_t target)
 {
     std::int32_t sum = 0;

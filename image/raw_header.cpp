@@ -4,16 +4,21 @@
 #include "prefs/file_handle.h"
 #include "prefs/preference_line.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 #include <variant>
 
 namespace velmorant
 {
 
+namespace
+{
+
 // What a line says: a field of the header, or something that takes a word of its own.
-enum class Word { ByteOrder, NumberFormat, BytesPerPixel };
-using HeaderValue = std::variant<std::int32_t ImageHeader::*, float ImageHeader::*, Word>;
+enum class WrittenWord { ByteOrder, NumberFormat, BytesPerPixel };
+using HeaderValue = std::variant<std::int32_t ImageHeader::*, float ImageHeader::*, WrittenWord>;
 
 struct HeaderRow {
     const char *key;     // what a line is searched for; null in lines that no reader looks at
@@ -21,6 +26,8 @@ struct HeaderRow {
     const char *written; // the line up to its value
     HeaderValue value;
 };
+
+} // namespace
 
 // In the order in which a line is tested for the keys; those that are not read stand at the end.
 // The blanks before ":=" are part of the format.
@@ -38,12 +45,12 @@ static constexpr std::array HeaderRows{
     HeaderRow{"!the superior to the inferior",  15, "!the superior to the inferior  :=", &ImageHeader::superior_to_inferior},
     HeaderRow{"!pixel scaling value",           10, "!pixel scaling value :=",           &ImageHeader::pixel_scaling},
     HeaderRow{"!data offset in bytes",           1, "!data offset in bytes :=",          &ImageHeader::data_offset},
-    HeaderRow{"!imagedata byte order",           2, "!imagedata byte order :=",          Word::ByteOrder},
+    HeaderRow{"!imagedata byte order",           2, "!imagedata byte order :=",          WrittenWord::ByteOrder},
     HeaderRow{"!data format",                    5, "!data format :=",                   &ImageHeader::data_format},
     HeaderRow{"number of frames",               16, "number of frames :=",               &ImageHeader::num_frames},
     HeaderRow{"number of beds",                 17, "number of beds   :=",               &ImageHeader::num_beds},
-    HeaderRow{nullptr,                           6, "!number format :=",                 Word::NumberFormat},
-    HeaderRow{nullptr,                           7, "!number of bytes per pixel :=",     Word::BytesPerPixel},
+    HeaderRow{nullptr,                           6, "!number format :=",                 WrittenWord::NumberFormat},
+    HeaderRow{nullptr,                           7, "!number of bytes per pixel :=",     WrittenWord::BytesPerPixel},
 };
 // clang-format on
 
@@ -55,6 +62,7 @@ static constexpr auto WrittenRows = [] {
     }
     return rows;
 }();
+static_assert(std::ranges::find(WrittenRows, nullptr) == WrittenRows.end(), "a line without a row");
 
 static constexpr std::size_t LongestHeaderName = 199;
 
@@ -102,9 +110,9 @@ static void read_value(const char *line, float ImageHeader::*field, ImageHeader 
     header.*field = get_float_strings(line);
 }
 
-static void read_value(const char *line, Word word, ImageHeader &header)
+static void read_value(const char *line, WrittenWord word, ImageHeader &header)
 {
-    if (word == Word::ByteOrder) {
+    if (word == WrittenWord::ByteOrder) {
         header.byte_order = read_byte_order(line);
     }
 }
@@ -132,42 +140,51 @@ void read_header_binary(const char *header_name, ImageHeader &header)
            !test_strings(line.data(), "end of header")) {
         read_line(line.data(), header);
     }
+    if (std::ferror(file.get()) != 0) {
+        print_error_message(2, "can't read ", name.c_str());
+    }
     if (std::fabs(static_cast<double>(header.pixel_scaling)) <= 1e-20) {
         print_error_message(2, "'pixel scaling value' not defined in ", name.c_str());
     }
 }
 
-// Floats have six decimals.
-template <class Number>
-static std::string value_text(Number ImageHeader::*field, const ImageHeader &header,
-                              Element /*element*/)
+static std::string value_text(std::int32_t ImageHeader::*field, const ImageHeader &header,
+                              StoredType /*type*/)
 {
     return std::to_string(header.*field);
 }
 
-static std::string value_text(Word word, const ImageHeader &header, Element element)
+static std::string value_text(float ImageHeader::*field, const ImageHeader &header,
+                              StoredType /*type*/)
 {
-    const bool is_float = element == Element::Float;
-    switch (word) {
-    case Word::ByteOrder:
-        check_byte_order(header);
-        return header.byte_order == 1 ? "BIGENDIAN" : "LITTLEENDIAN";
-    case Word::NumberFormat:
-        return is_float ? "floating point" : "signed integer";
-    case Word::BytesPerPixel:
-        break;
-    }
-    return is_float ? "4" : "2";
+    std::array<char, 64> text{};
+    std::snprintf(text.data(), text.size(), "%f", static_cast<double>(header.*field));
+    return text.data();
 }
 
-void write_text_header(const char *image_name, const ImageHeader &header, Element element,
+static std::string value_text(WrittenWord word, const ImageHeader &header, StoredType type)
+{
+    const bool is_float = type == StoredType::Float;
+    switch (word) {
+    case WrittenWord::ByteOrder:
+        check_byte_order(header);
+        return header.byte_order == 1 ? "BIGENDIAN" : "LITTLEENDIAN";
+    case WrittenWord::NumberFormat:
+        return is_float ? "floating point" : "signed integer";
+    case WrittenWord::BytesPerPixel:
+        return is_float ? "4" : "2";
+    }
+    return "";
+}
+
+void write_text_header(const char *image_name, const ImageHeader &header, StoredType type,
                        HeaderEnd end)
 {
     const std::string name = header_file_name(image_name);
     FileHandle file = open_or_report(name.c_str(), "w");
     for (const HeaderRow *row : WrittenRows) {
-        const std::string value = std::visit(
-            [&](auto source) { return value_text(source, header, element); }, row->value);
+        const std::string value =
+            std::visit([&](auto source) { return value_text(source, header, type); }, row->value);
         std::fprintf(file.get(), "%s%s\n", row->written, value.c_str());
     }
     std::fputs(end == HeaderEnd::BeforeData ? "!END OF HEADER:=\n" : "!END OF INTERFILE :=\n",

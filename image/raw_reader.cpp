@@ -1,5 +1,7 @@
 #include "image/raw_reader.h"
+#include "image/image_geometry.h"
 
+#include "image/allocate.h"
 #include "image/byte_order.h"
 #include "image/flip_image.h"
 #include "image/raw_header.h"
@@ -10,7 +12,6 @@
 #include <span>
 #include <string>
 #include <type_traits>
-#include <vector>
 
 #include <sys/types.h>
 
@@ -20,7 +21,7 @@ namespace velmorant
 static_assert(sizeof(off_t) == 8, "volumes may begin beyond 2 GiB");
 
 // Bytes that are read and converted at a time: they stay in the cache between the two.
-static constexpr std::size_t PieceBytes = 262144;
+static constexpr std::int32_t PieceBytes = 262144;
 
 // The pixel that a stored word stands for. Stored: std::int16_t, std::uint16_t or float.
 template <class Stored, class Word>
@@ -47,7 +48,7 @@ static void decode(const std::uint8_t *bytes, std::span<float> pixels, float fac
 static void seek_volume(std::FILE *file, const char *image_name, const ImageHeader &header,
                         const ImageMatrix &selector, std::size_t volume_bytes)
 {
-    // At most 2^63 volumes of at most 2^33 bytes: the index fits 64 bits, the offset may not.
+    // At most 2^62 + 2^31 volumes of up to 2^33 bytes: the index fits 64 bits, the offset may not.
     const std::int64_t index =
         std::int64_t{header.num_frames} * selector.bed + (std::int64_t{selector.frame} - 1);
     std::int64_t offset = 0;
@@ -61,16 +62,17 @@ static void seek_volume(std::FILE *file, const char *image_name, const ImageHead
     }
 }
 
-// Fills the pixels from the file piece by piece, and with zeros from its last whole element on.
+// Fills the pixels from the file piece by piece, and with zeros after its last whole element.
 template <std::endian Order, class Stored>
 static void read_pixels(std::FILE *file, const char *image_name, std::span<float> pixels,
                         float factor)
 {
-    std::vector<std::uint8_t> piece(std::min(pixels.size() * sizeof(Stored), PieceBytes));
+    const Block<unsigned char> piece(allocate_unsigned_char_zero(PieceBytes, "file piece"));
     while (!pixels.empty()) {
-        const std::size_t wanted = std::min(pixels.size(), PieceBytes / sizeof(Stored));
-        const std::size_t got = std::fread(piece.data(), sizeof(Stored), wanted, file);
-        decode<Order, Stored>(piece.data(), pixels.first(got), factor);
+        const std::size_t wanted =
+            std::min<std::size_t>(pixels.size(), PieceBytes / sizeof(Stored));
+        const std::size_t got = std::fread(piece.get(), sizeof(Stored), wanted, file);
+        decode<Order, Stored>(piece.get(), pixels.first(got), factor);
         pixels = pixels.subspan(got);
         if (got < wanted) {
             break;
@@ -87,10 +89,10 @@ static void read_volume(const char *image_name, float *buffer, const ImageHeader
                         const ImageMatrix &selector)
 {
     const FileHandle file = open_or_report(image_name, "rb");
-    const std::span pixels(buffer, checked_image_size(header));
-    seek_volume(file.get(), image_name, header, selector, pixels.size() * sizeof(Stored));
     // Large reads go past the stream's own buffer; reading ahead into it would be work for nothing.
     std::setvbuf(file.get(), nullptr, _IONBF, 0);
+    const std::span pixels(buffer, checked_image_size(header));
+    seek_volume(file.get(), image_name, header, selector, pixels.size() * sizeof(Stored));
 
     const float factor = header.pixel_scaling / 32700.0F;
     if (!pixels.empty()) {

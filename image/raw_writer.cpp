@@ -1,5 +1,7 @@
 #include "image/raw_writer.h"
+#include "image/image_geometry.h"
 
+#include "image/allocate.h"
 #include "image/byte_order.h"
 #include "image/flip_image.h"
 #include "image/raw_header.h"
@@ -9,21 +11,26 @@
 
 #include <algorithm>
 #include <span>
-#include <vector>
+#include <utility>
 
 namespace velmorant
 {
 
+namespace
+{
+
 // What becomes of pixels on their way into a file.
 struct Encoding {
-    Element element;
+    StoredType type;
     ShortScaling scaling;
     float threshold;
     float replacement;
 };
 
-// Pixels that are converted and written at a time.
-static constexpr std::size_t PiecePixels = 65536;
+} // namespace
+
+// Bytes that are converted and written at a time.
+static constexpr std::int32_t PieceBytes = 262144;
 
 template <std::endian Order>
 static void encode_floats(std::span<const float> pixels, const Encoding &encoding,
@@ -64,7 +71,7 @@ static bool encode_shorts(std::span<const float> pixels, const Encoding &encodin
 template <std::endian Order>
 static bool encode(std::span<const float> pixels, const Encoding &encoding, std::uint8_t *bytes)
 {
-    if (encoding.element == Element::Float) {
+    if (encoding.type == StoredType::Float) {
         encode_floats<Order>(pixels, encoding, bytes);
         return false;
     }
@@ -85,15 +92,16 @@ static void write_data(const char *image_name, std::span<const float> pixels,
 {
     FileHandle file = open_or_report(image_name, "wb");
     write_zeros(file.get(), header.data_offset);
-    const std::size_t element_bytes = encoding.element == Element::Float ? 4 : 2;
-    std::vector<std::uint8_t> bytes(std::min(pixels.size(), PiecePixels) * element_bytes);
+    const std::size_t element_bytes = encoding.type == StoredType::Float ? 4 : 2;
+    const Block<unsigned char> bytes(allocate_unsigned_char_zero(PieceBytes, "file piece"));
     bool overflow = false;
     while (!pixels.empty()) {
-        const auto piece = pixels.first(std::min(pixels.size(), PiecePixels));
+        const auto piece =
+            pixels.first(std::min<std::size_t>(pixels.size(), PieceBytes / element_bytes));
         overflow |= header.byte_order == 1
-                        ? encode<std::endian::big>(piece, encoding, bytes.data())
-                        : encode<std::endian::little>(piece, encoding, bytes.data());
-        std::fwrite(bytes.data(), element_bytes, piece.size(), file.get());
+                        ? encode<std::endian::big>(piece, encoding, bytes.get())
+                        : encode<std::endian::little>(piece, encoding, bytes.get());
+        std::fwrite(bytes.get(), element_bytes, piece.size(), file.get());
         pixels = pixels.subspan(piece.size());
     }
     close_written(std::move(file), image_name);
@@ -109,7 +117,7 @@ static void write_files(const char *image_name, float *buffer, ImageHeader state
 {
     const std::size_t size = checked_volume_count(extent) * checked_image_size(extent);
     stated.pixel_scaling = encoding.scaling.stated;
-    write_text_header(image_name, stated, encoding.element, HeaderEnd::BeforeData);
+    write_text_header(image_name, stated, encoding.type, HeaderEnd::BeforeData);
 
     const auto turn = [&] {
         flip_image_multiframe(buffer, extent, extent.right_on_left, extent.anterior_to_posterior,
@@ -122,7 +130,7 @@ static void write_files(const char *image_name, float *buffer, ImageHeader state
 
 static Encoding float_encoding(float threshold, float replacement)
 {
-    return {.element = Element::Float,
+    return {.type = StoredType::Float,
             .scaling = {.step = 1.0F, .stated = 32700.0F},
             .threshold = threshold,
             .replacement = replacement};
@@ -135,7 +143,7 @@ static Encoding short_encoding(const float *buffer, const ImageHeader &extent,
 {
     const std::size_t volumes = checked_volume_count(extent);
     const float extreme = find_pix_max(buffer, checked_image_size(extent), volumes, threshold);
-    return {.element = Element::SignedShort,
+    return {.type = StoredType::SignedShort,
             .scaling = choose_short_scaling(extreme, settings.quantisation),
             .threshold = threshold,
             .replacement = replacement};
@@ -158,7 +166,7 @@ static ImageHeader without_offset(ImageHeader header)
 static void write_header_only(const char *image_name, ImageHeader header, const Encoding &encoding)
 {
     header.pixel_scaling = encoding.scaling.stated;
-    write_text_header(image_name, header, encoding.element, HeaderEnd::HeaderOnly);
+    write_text_header(image_name, header, encoding.type, HeaderEnd::HeaderOnly);
 }
 
 void write_image_header_binary(const char *image_name, const float *buffer,

@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
 
 namespace velmorant
 {
@@ -17,7 +16,7 @@ struct ShortScaling {
 
 // The extreme by which 16-bit data are scaled: the maximum of all values, or the magnitude of the
 // smallest value above `threshold` where its square is the larger one (single precision). The sign
-// of a winning maximum is kept. An empty volume gives -1e30; a maximum of 0 with nothing above the
+// of a winning maximum is kept. Of slice_pixels and slices only the product counts. An empty volume gives -1e30; a maximum of 0 with nothing above the
 // threshold gives 1e30.
 float find_pix_max(const float *buffer, std::size_t slice_pixels, std::size_t slices,
                    float threshold);
@@ -28,14 +27,16 @@ ShortScaling choose_short_scaling(float extreme, float quantisation);
 
 // What a 16-bit writer stores for one value.
 struct StoredShort {
-    std::int32_t quantised; // value / step, rounded half away from zero
-    bool overflow;          // 0 is stored instead
+    std::int32_t
+        quantised; // value / step and half a unit more in the direction of the value's sign,
+                   // truncated
+    bool overflow; // 0 is stored instead
 };
 
-// Overflow is tested on the low 16 bits of quantised + 32700, which must not exceed 65400: values
-// of the two narrow bands just beyond +-32700 are caught, those further out wrap round to other
-// 16-bit values. Only what does not fit 32 bits either is caught as well, having no low bits to
-// keep. A step of 0 stores 0.
+// Overflow is tested on the low 16 bits of quantised + 32700, which must not exceed 65400: 32701 to
+// 32835 are caught, on either side of zero and again every 65536, and what lies between those bands
+// wraps round to other 16-bit values. What does not fit 32 bits is caught as well, having no low bits
+// to keep. A step of 0 stores 0.
 StoredShort quantise(float value, float step);
 
 } // namespace velmorant

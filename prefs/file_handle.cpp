@@ -2,6 +2,8 @@
 
 #include "prefs/error_report.h"
 
+#include <utility>
+
 namespace velmorant
 {
 

@@ -50,7 +50,7 @@ bool test_strings(const char *line, const char *key)
            std::search(text.begin(), text.end(), sought.begin(), sought.end(), same) != text.end();
 }
 
-// The text behind the line's first ":=", or null.
+// The text after the line's first ":=", or null.
 static const char *find_value(const char *line)
 {
     const char *separator = std::strstr(line, ":=");

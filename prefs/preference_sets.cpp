@@ -15,6 +15,9 @@
 namespace velmorant
 {
 
+namespace
+{
+
 // A setting and its default; the type of the setting decides how it is read and written.
 template <class Value, class Default = Value>
 struct Setting {
@@ -27,6 +30,8 @@ struct PreferenceRow {
     const char *key;
     std::variant<Setting<std::int32_t>, Setting<std::int16_t>, Setting<float>, TextSetting> setting;
 };
+
+} // namespace
 
 static constexpr PreferenceRow integer(const char *key, std::int32_t &variable, std::int32_t value)
 {

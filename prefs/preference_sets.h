@@ -16,7 +16,7 @@ namespace velmorant
 // the run with "file name too long: " and the path.
 void read_global_preference(const char *directory);
 
-// The program's own preference file: the program path as invoked, with ".prf" behind it; too long a
+// The program's own preference file: the program path as invoked, with ".prf" after it; too long a
 // name as above.
 void get_local_preference_name(const char *program_path, Text &name_out);
 

@@ -14,7 +14,7 @@ namespace velmorant
 // and links are not followed. More than 254 characters end the run with "file name too long: ".
 char *get_program_directory(const char *program_path, Text &directory_out);
 
-// The working directory with "/" behind it.
+// The working directory with "/" after it.
 // buffer: size + 1 bytes, because the path and its terminator may fill `size`.
 // Ends the run with "can't get directory path" where the path does not fit or there is none.
 char *get_current_directory(char *buffer, std::size_t size);
@@ -25,7 +25,7 @@ bool batch_status();
 // The normal end of a run: exit status 1. A failed run ends with 0, see `print_error_message`.
 [[noreturn]] void batchjob();
 
-// Puts a double quote before and behind the text. A text of 253 characters or more ends the run
+// Puts a double quote before and after the text. A text of 253 characters or more ends the run
 // with "strings too long to add quotation marks".
 void add_quotations(Text &text);
 

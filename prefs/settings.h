@@ -4,19 +4,13 @@
 // overridden or set by the command line, and only read afterwards. Units are millimetres and
 // pixels. Defaults and preference keys: prefs/preference_sets.cpp.
 
+#include "prefs/norm_set.h"
 #include "prefs/text.h"
 
 #include <cstdint>
 
 namespace velmorant
 {
-
-// How the histogram normalisation looks at a volume.
-struct NormSet {
-    float peak_threshold;  // fraction of the in-field pixels that the histogram reaches at its peak
-    float lower_threshold; // lower end of the averaging band, as a fraction of the peak value
-    std::int32_t bin_count; // histogram bins
-};
 
 // The package's standard image space: dimensions, pixel sizes, level of the plane through
 // the anterior and posterior commissures, and centre (derived: the middle of the plane, z 0).

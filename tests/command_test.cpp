@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -97,9 +98,9 @@ TEST(FirstRun, CreatesCompletePreferenceFilesAndGoesOn)
                               "Gray Scale: 0=color, 1=gray:= 0\n";
     std::string announced;
     for (const auto &[name, lines] : {std::pair{"GLOBAL.prf", global}, {"tiffgen.prf", local}}) {
-        announced += std::string(name) + " does not exist...\n";
-        for (std::size_t start = 0; start < lines.size(); start = lines.find('\n', start) + 1) {
-            const std::string line = lines.substr(start, lines.find('\n', start) - start);
+        announced.append(name).append(" does not exist...\n");
+        std::istringstream rows(lines);
+        for (std::string line; std::getline(rows, line);) {
             const std::string key = line.substr(0, line.rfind(":="));
             announced.append("'").append(key).append("' created in ").append(name) += "...\n";
         }
@@ -128,14 +129,16 @@ TEST(Usage, IsPrintedForFewerThanThreeArgumentsOnceThePreferencesAreRead)
     EXPECT_FALSE(std::filesystem::exists("old"));
 }
 
-TEST(ProgramDirectory, IsTakenFromTheFirstWord)
+TEST(ProgramDirectory, IsTheFirstWordUpToItsLastSlash)
 {
     const test::EmptyFolder folder;
-    std::filesystem::create_directory("bin");
-    EXPECT_EQ(test::run_program(TIFFGEN, {"bin/viewer"}).status, 255);
-    EXPECT_TRUE(std::filesystem::exists("bin/GLOBAL.prf"));
-    EXPECT_TRUE(std::filesystem::exists("bin/viewer.prf"));
-    EXPECT_FALSE(std::filesystem::exists("GLOBAL.prf"));
+    std::filesystem::create_directories("bin/in");
+    EXPECT_EQ(test::run_program(TIFFGEN, {"bin/in/viewer"}).status, 255);
+    EXPECT_TRUE(std::filesystem::exists("bin/in/GLOBAL.prf"));
+    EXPECT_TRUE(std::filesystem::exists("bin/in/viewer.prf"));
+    const std::string folder_name = "./" + std::string(244, '/');
+    EXPECT_EQ(test::summary(test::run_program(TIFFGEN, {folder_name + "viewer"})),
+              "status 0: file name too long: " + folder_name + "GLOBAL.prf\n");
 }
 
 TEST(Endings, EveryFailureHasItsLineAndStatusZero)
@@ -194,6 +197,8 @@ TEST(Endings, FormatsAreNamedExactly)
 {
     const test::EmptyFolder folder;
     make_inputs();
+    test::write_file("GLOBAL.prf", "File Format:= \"CTI6\"\n");
+    EXPECT_TRUE(tiffgen({"a.img", "out", "1"}).out.ends_with("can't be read by this version\n"));
     for (const std::string name : {"floatb", "FLOAT", ""}) {
         test::write_file("GLOBAL.prf", "File Format:= \"" + name + "\"\n");
         EXPECT_TRUE(tiffgen({"a.img", "out", "1"})

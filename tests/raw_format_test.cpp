@@ -1,4 +1,5 @@
 #include "image/format_dispatch.h"
+#include "image/old_layout.h"
 #include "image/raw_header.h"
 #include "image/raw_reader.h"
 #include "image/raw_writer.h"
@@ -71,28 +72,11 @@ TEST(RawHeader, EveryKeySetsItsField)
 
     // What does not occur keeps its value, or gets one of the few defaults.
     test::write_file("s.hdr", "!pixel scaling value :=2\n");
-    read_header("s.v", header, "SHORTINT2B");
+    header.num_gates = header.num_data = 9;
+    read_header("s.v", header, "SHORTINT2L");
     const ImageHeader kept{1,     103,  1,   0,   0,   101, 102, 1.25F, 2.5F,
                            3.75F, 2.0F, 104, 105, 106, 107, 1,   1};
     EXPECT_EQ(test::fields(header), test::fields(kept));
-}
-
-TEST(RawReader, WhatNoHeaderFileCanSayIsCheckedAsWell)
-{
-    const test::EmptyFolder folder;
-    test::write_file("s.img", "");
-    std::vector<float> pixels(3);
-    ImageHeader header = header_of(3, 2);
-    const auto report = [&] {
-        return ending([&] {
-            read_image_planes_binary("s.img", pixels.data(), header, {1, 1, 1, 0, 0});
-        });
-    };
-    EXPECT_EQ(report(), "status 0: unspecified byte order in the header\n");
-    header.x_dim = 0;
-    EXPECT_EQ(report(), "status 77: ") << "no pixel, no question of its byte order";
-    header.x_dim = -3;
-    EXPECT_EQ(report(), "status 0: illegal image dimensions -3 x 1 x 1\n");
 }
 
 TEST(ShortScaling, ExtremeIsTheLargerMagnitude)
@@ -122,6 +106,7 @@ TEST(ShortScaling, ValuesAreRoundedAwayFromZeroAndTheNarrowBandsCaught)
         { 32701.0F, 1.0F,  32701, true},  {-32701.0F, 1.0F, -32701, true},
         { 32835.0F, 1.0F,  32835, true},  {-32835.0F, 1.0F, -32835, true},
         { 32836.0F, 1.0F,  32836, false}, {-32836.0F, 1.0F, -32836, false},
+        { 98237.0F, 1.0F,  98237, true},  {    -5.0F, -5.0F / 32700.0F, 32699, false},
     };
     // clang-format on
     for (const auto &row : cases) {
@@ -139,11 +124,12 @@ TEST(RawWriter, OneVolumeOfFloats)
     const test::EmptyFolder folder;
     ImageHeader header = header_of(2, 0);
     header.num_slices = 2;
+    header.num_frames = 2; // stated, but one volume is written
     header.data_offset = 3;
     header.data_format = 3;
     header.superior_to_inferior = 0;
     std::vector<float> pixels{1.0F, -2.0F, 0.5F, -8.0F};
-    write_image_matrix_binary_float("s.img", pixels.data(), header, ToExtreme, -4.0F, 4.0F);
+    write_image_matrix_binary_float("s.img", pixels.data(), header, ToExtreme, -2.0F, 4.0F);
     EXPECT_EQ(pixels, (std::vector<float>{1.0F, -2.0F, 0.5F, -8.0F}));
     EXPECT_EQ(test::read_file("s.img"),
               std::string(3, '\0') + test::stored_floats({0.5F, 4.0F, 1.0F, -2.0F}, false));
@@ -162,7 +148,7 @@ TEST(RawWriter, OneVolumeOfFloats)
                               "!the right brain on the left   :=1\n"
                               "!the anterior to the posterior :=1\n"
                               "!the superior to the inferior  :=0\n"
-                              "number of frames :=1\n"
+                              "number of frames :=2\n"
                               "number of beds   :=0\n";
     EXPECT_EQ(test::read_file("s.hdr"), lines + "!END OF HEADER:=\n");
     write_image_header_binary_float("t.img", pixels.data(), header, ToExtreme);
@@ -181,7 +167,8 @@ static bool states_scaling(const std::string &name, const std::string &value)
 TEST(RawWriter, OneVolumeOfShortsByEveryQuantisation)
 {
     const test::EmptyFolder folder;
-    const ImageHeader header = header_of(4, 1);
+    ImageHeader header = header_of(4, 1);
+    header.num_beds = 1; // stated, but one volume is scaled and written
     std::vector<float> pixels{1000.0F, 500.0F, -0.25F, 32701.0F};
     const FormatSetting units{.keyword = {}, .quantisation = 1.0F};
     const FormatSetting halves{.keyword = {}, .quantisation = 2.0F};
@@ -198,7 +185,7 @@ TEST(RawWriter, OneVolumeOfShortsByEveryQuantisation)
     EXPECT_TRUE(states_scaling("b.hdr", "32700.000000"));
     EXPECT_EQ(test::read_file("b.img"), test::stored_integers({1000, 500, 0, 0}, 2, true));
 
-    write_image_matrix_binary("c.img", pixels.data(), header, halves, -1.0F, 0.0F);
+    write_image_matrix_binary("c.img", pixels.data(), header, halves, -0.25F, 9.0F);
     EXPECT_TRUE(states_scaling("c.hdr", "16350.000000"));
     EXPECT_EQ(test::read_file("c.img"), test::stored_integers({2000, 1000, -1, -134}, 2, true))
         << "-0.5 is rounded away from zero, and of 65402 the low 16 bits are left";
@@ -224,6 +211,7 @@ TEST(RawWriter, WholeFilesShareOneScalingAndStateNoOffset)
                   test::stored_integers({33, 3270, 0, 32700, 0, 0, 0, 16350}, 2, false));
     EXPECT_EQ(study, (std::vector<float>{100, 1, 1000, 0, 0, 0, 500, 0}));
     write_image_matrix_binary_multiple_float("s.img", study.data(), header, ToExtreme, 0.0F, 0.0F);
+    EXPECT_TRUE(test::read_file("s.hdr").starts_with("!data offset in bytes :=0\n"));
     EXPECT_EQ(test::read_file("s.img"),
               std::string(2, '\0') + test::stored_floats({1, 100, 0, 1000, 0, 0, 0, 500}, false));
 }
@@ -245,4 +233,36 @@ TEST(RawWriter, WhatCanNotBeWrittenIsReported)
     EXPECT_EQ(report("t.img", 1), "status 0: can't open t.img\n");
     std::filesystem::create_symlink("/dev/full", "u.img");
     EXPECT_EQ(report("u.img", 1), "status 0: can't write u.img\n");
+    std::filesystem::create_symlink("/dev/full", "v.hdr");
+    EXPECT_EQ(report("v.img", 1), "status 0: can't write v.hdr\n");
+}
+
+TEST(RawFormat, PiecesJoinWithoutASeam)
+{
+    const test::EmptyFolder folder;
+    std::vector<std::int64_t> integers(300001);
+    for (std::size_t i = 1; i < integers.size(); ++i) {
+        integers[i] = static_cast<std::int64_t>(i % 32687);
+    }
+    std::vector<float> pixels(integers.begin(), integers.end());
+    pixels[0] = 32701.0F; // overflows in the first piece only
+    ImageHeader header = header_of(300001, 1);
+    const FormatSetting units{.keyword = {}, .quantisation = 1.0F};
+    EXPECT_TRUE(ending([&] {
+                    write_image_matrix_binary("s.img", pixels.data(), header, units, 0.0F, 0.0F);
+                }).ends_with("set to 0 ***\n"));
+    const std::string stored = test::read_file("s.img");
+    EXPECT_TRUE(stored == test::stored_integers(integers, 2, true));
+
+    test::write_file("s.img", stored.substr(0, stored.size() - 1));
+    header.pixel_scaling = 32700.0F;
+    std::vector<float> found(pixels.size(), 7.0F);
+    read_image_planes_binary("s.img", found.data(), header, {1, 1, 1, 0, 0});
+    pixels.front() = pixels.back() = 0.0F;
+    EXPECT_TRUE(found == pixels);
+    header.byte_order = 2;
+    EXPECT_EQ(ending([&] {
+                  read_image_planes_binary("s.img", found.data(), header, {1, 1, 1, 0, 0});
+              }),
+              "status 0: unspecified byte order in the header\n");
 }

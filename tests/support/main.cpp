@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstdlib>
 
 #include <unistd.h>
@@ -12,6 +13,7 @@ static bool AllTestsRan;
 static void refuse_early_end()
 {
     if (getpid() == TestProcess && !AllTestsRan) {
+        std::fflush(nullptr);
         _exit(EXIT_FAILURE);
     }
 }
