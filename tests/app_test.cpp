@@ -77,9 +77,9 @@ TEST(Palette, OnlyItsVeryLastByteMayBeMissing)
 static std::string split(const std::string &line)
 {
     std::array<char *, MostParsedArguments + 1> argv{};
-    const std::int32_t count = parse_args(line.c_str(), argv);
+    const auto end = static_cast<std::size_t>(parse_args(line.c_str(), argv));
     std::string arguments;
-    for (std::size_t i = 1; i < static_cast<std::size_t>(count); ++i) {
+    for (std::size_t i = 1; i < end; ++i) {
         arguments.append("[").append(argv.at(i)).append("]");
     }
     return arguments;

@@ -1,5 +1,4 @@
 #include "image/allocate.h"
-#include "image/flip_image.h"
 #include "image/image_geometry.h"
 #include "image/image_header.h"
 #include "image/old_layout.h"
@@ -9,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <numeric>
 #include <string>
 #include <vector>
 
@@ -53,10 +51,8 @@ TEST(ImageHeader, ConvertsFromAndToTheOlderLayout)
     convert_header_new_to_old(Distinct, integers, sizes);
     ImageHeader header{};
     convert_header_old_to_new(integers, sizes, header);
-    const ImageHeader expected{101,  2,    103, 104, 105, 6, 7, 1.5F, 1.5F,
-                               3.5F, 0.0F, 1,   1,   1,   0, 1, 1};
-    EXPECT_EQ(test::fields(header), test::fields(expected));
-    EXPECT_EQ(ending([&] { convert_header_new_to_old(header, integers, sizes); }), "status 77: ");
+    EXPECT_EQ(test::fields(header),
+              test::fields({101, 2, 103, 104, 105, 6, 7, 1.5F, 1.5F, 3.5F, 0, 1, 1, 1, 0, 1, 1}));
 }
 
 TEST(ImageHeader, GeometriesThatCanNotBeHeldEndTheRun)
@@ -80,14 +76,10 @@ TEST(ImageHeader, GeometriesThatCanNotBeHeldEndTheRun)
               "status 0: illegal number of frames and beds: 101 and 2147483647\n");
     header.num_beds = -2;
     EXPECT_NE(ending([&] { checked_volume_count(header); }), "status 77: ");
-    header.num_beds = INT_MAX;
-    header.x_dim = 0;
-    EXPECT_NE(ending([&] { checked_volume_count(header); }), "status 77: ");
-    header.x_dim = 1 << 20;
     header.num_beds = 1;
-    EXPECT_NE(ending([&] { checked_volume_count(header); }), "status 77: ");
-    header.x_dim = 6;
     EXPECT_EQ(checked_volume_count(header), 202U);
+    header.x_dim = 1 << 20;
+    EXPECT_NE(ending([&] { checked_volume_count(header); }), "status 77: ");
 }
 
 TEST(Allocators, ReportWhatTheyCanNotGet)
@@ -98,37 +90,4 @@ TEST(Allocators, ReportWhatTheyCanNotGet)
     const std::string label(300, 'l');
     EXPECT_EQ(ending([&] { allocate_float(-1, label.c_str()); }),
               "status 0: can't allocate memory for " + label.substr(0, 199) + "\n");
-}
-
-// The numbers of a volume after a flip, one digit a pixel, slices separated by blanks.
-static std::string flipped(std::int32_t x_dim, std::int32_t y_dim, std::int32_t num_slices,
-                           std::array<std::int32_t, 3> flags)
-{
-    ImageHeader header{};
-    header.x_dim = x_dim;
-    header.y_dim = y_dim;
-    header.num_slices = num_slices;
-    std::vector<float> volume(image_size(header));
-    std::iota(volume.begin(), volume.end(), 1.0F);
-    flip_image(volume.data(), header, flags[0], flags[1], flags[2]);
-    std::string text;
-    for (std::size_t i = 0; i < volume.size(); ++i) {
-        text += i > 0 && i % static_cast<std::size_t>(x_dim * y_dim) == 0 ? " " : "";
-        text += static_cast<char>('0' + static_cast<int>(volume[i]));
-    }
-    return text;
-}
-
-TEST(FlipImage, ReversesTheAxesWhoseFlagIsZero)
-{
-    EXPECT_EQ(flipped(3, 3, 1, {1, 1, 1}), "123456789");
-    EXPECT_EQ(flipped(3, 3, 1, {0, 1, 1}), "321654987");
-    EXPECT_EQ(flipped(3, 3, 1, {1, 0, 1}), "789456123");
-    EXPECT_EQ(flipped(2, 1, 3, {1, 1, 0}), "56 34 12");
-    EXPECT_EQ(flipped(2, 2, 2, {0, 0, 0}), "8765 4321");
-    EXPECT_EQ(flipped(2, 2, 1, {5, 7, 1}), "1234");
-    EXPECT_EQ(flipped(2, 2, 1, {5, 0, 7}), "3412");
-    EXPECT_EQ(flipped(1, 4, 2, {0, 1, 1}), "1234 5678");
-    EXPECT_EQ(flipped(4, 0, 2, {0, 0, 0}), "");
-    EXPECT_EQ(ending([] { flipped(2, 2, 1, {2, 2, 2}); }), "status 0: internal flag error\n");
 }

