@@ -21,8 +21,8 @@ using Arguments = std::span<char *const>;
 // What one run is asked for besides the settings of prefs/settings.h, which the options override.
 struct RunRequest {
     float max_pixel_value;                    // 0.0 asks for peak normalisation
-    std::optional<std::int32_t> slice_width;  // tile size in pixels; not given, the image's own
-    std::optional<std::int32_t> slice_height; //
+    std::optional<std::int32_t> slice_width;  // tile width in pixels; not given, the image's own
+    std::optional<std::int32_t> slice_height; // tile height, likewise
     ImageMatrix selector;                     // the frame and bed to show
     Text preference_file;                     // the program's own preference file
 };

@@ -14,10 +14,10 @@ struct ShortScaling {
     float stated;
 };
 
-// The extreme by which 16-bit data are scaled: the maximum of all values, or the magnitude of the
-// smallest value above `threshold` where its square is the larger one (single precision). The sign
-// of a winning maximum is kept. Of slice_pixels and slices only the product counts. An empty volume gives -1e30; a maximum of 0 with nothing above the
-// threshold gives 1e30.
+// The extreme by which 16-bit data are scaled: the maximum of all slice_pixels * slices values, or the
+// magnitude of the smallest value above `threshold` where its square is the larger one (single
+// precision). The sign of a winning maximum is kept. An empty volume gives -1e30; a maximum of 0 with
+// nothing above the threshold gives 1e30.
 float find_pix_max(const float *buffer, std::size_t slice_pixels, std::size_t slices,
                    float threshold);
 
@@ -25,12 +25,11 @@ float find_pix_max(const float *buffer, std::size_t slice_pixels, std::size_t sl
 // any other value is the number of stored units in 1.0.
 ShortScaling choose_short_scaling(float extreme, float quantisation);
 
-// What a 16-bit writer stores for one value.
+// What a 16-bit writer makes of one value. quantised: value / step, and half a unit more in the
+// direction of the value's sign, truncated. overflow: 0 is stored instead.
 struct StoredShort {
-    std::int32_t
-        quantised; // value / step and half a unit more in the direction of the value's sign,
-                   // truncated
-    bool overflow; // 0 is stored instead
+    std::int32_t quantised;
+    bool overflow;
 };
 
 // Overflow is tested on the low 16 bits of quantised + 32700, which must not exceed 65400: 32701 to

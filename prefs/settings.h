@@ -12,8 +12,8 @@
 namespace velmorant
 {
 
-// The package's standard image space: dimensions, pixel sizes, level of the plane through
-// the anterior and posterior commissures, and centre (derived: the middle of the plane, z 0).
+// The package's standard image space: dimensions, pixel sizes, level of the plane through the
+// anterior and posterior commissures, and centre (derived: the middle of a slice, and z 0).
 inline std::int32_t STD_Xd, STD_Yd, STD_Zd;
 inline float STD_Px, STD_Py, STD_Pz;
 inline float STD_Acpc;
