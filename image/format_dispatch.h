@@ -18,8 +18,9 @@ namespace velmorant
 {
 
 // Fills the header from the image's own header, see `read_header_binary`. A keyword that is none of
-// the five ends the run with "unspecified or unsupported file format" before a file is opened; CTI6,
-// which this version has no reader for, with "ECAT 6 files (CTI6) can't be read by this version".
+// the five ends the run with "unspecified or unsupported file format" before a file is opened;
+// CTI6, which this version has no reader for, with "ECAT 6 files (CTI6) can't be read by this
+// version".
 void read_header(const char *header_name, ImageHeader &header, const char *keyword);
 
 // Fills `buffer` with the selected volume, in the standard orientation and in real units, see

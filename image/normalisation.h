@@ -3,9 +3,9 @@
 // In-field statistics of a volume, and the scaling that uses them. A pixel strictly below the check
 // value marks the area outside of the field of view and takes no part; one equal to it does.
 //
-// The statistics are computed in single precision, from the last pixel of the volume to its first, so
-// that the printed values are the same on every machine. A NaN counts as an in-field pixel (in the
-// histogram's lowest bin), but is never a maximum, a minimum or part of the average.
+// The statistics are computed in single precision, from the last pixel of the volume to its first,
+// so that the printed values are the same on every machine. A NaN counts as an in-field pixel (in
+// the histogram's lowest bin), but is never a maximum, a minimum or part of the average.
 
 #include "image/image_header.h"
 #include "prefs/norm_set.h"
@@ -21,15 +21,15 @@ struct NormValues {
     float avg;  // mean of the pixels from lower_threshold * peak up to, without, peak
 };
 
-// Measures one volume. The histogram divides max - min into bin_count bins; max itself falls into one
-// more, and a peak that is never reached lies at the end of that.
+// Measures one volume. The histogram divides max - min into bin_count bins; max itself falls into
+// one more, and a peak that is never reached lies at the end of that.
 // A volume of one value prints "warning: uniform pixel value in the image matrix..." and gets that
 // value for peak and avg; where no pixel is between the limits "warning:  no pixel to calculate
 // global value..." is printed and avg is 0.
-// Ends the run with "illegal number of bins for normalization: " and the number, where that is below 1
-// or 2^31 - 1; with "gated image not support in the current version (norm_histogram)" for two gates or
-// more; with "invalid 'step' in normalization" where a bin would be narrower than 1e-20; and as
-// `checked_image_size` does.
+// Ends the run with "illegal number of bins for normalization: " and the number, where that is
+// below 1 or 2^31 - 1; with "gated image not support in the current version (norm_histogram)" for
+// two gates or more; with "invalid 'step' in normalization" where a bin would be narrower than
+// 1e-20; and as `checked_image_size` does.
 void norm_histogram(const float *volume, const ImageHeader &header, const NormSet &norm_set,
                     NormValues &values, float check);
 

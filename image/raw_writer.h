@@ -7,19 +7,19 @@
 //   buffer       pixels in the standard orientation. While they are written they are turned to the
 //                header's orientation in place, and back afterwards.
 //   header       geometry, orientation, byte order, data offset (that many zero bytes precede the
-//                data), and the numbers that the text header states. Of those, data_format is stated
-//                as it stands: the caller sets it to what the writer stores, 1 or 3.
+//                data), and the numbers that the text header states. Of those, data_format is
+//                stated as it stands: the caller sets it to what the writer stores, 1 or 3.
 //   settings     the 16-bit writers look at the quantisation; nothing looks at the keyword.
 //   threshold, replacement   a pixel below the threshold is written as the replacement.
 //
-// The writers named ..._float store single-precision floats and state a scaling of 32700. The others
-// store signed 16-bit integers and state the scaling that `choose_short_scaling` finds for the buffer
-// with the threshold. An integer that overflows (see `quantise`) is stored as 0 after a line "sval %f;
-// fval %f; quant %f" with its value, the stated scaling and the integer; once the file is written,
-// "*** overflow pixel values (Signed Short Integers) set to 0 ***" follows.
+// The writers named ..._float store single-precision floats and state a scaling of 32700. The
+// others store signed 16-bit integers and state the scaling that `choose_short_scaling` finds for
+// the buffer with the threshold. An integer that overflows (see `quantise`) is stored as 0 after a
+// line "sval %f; fval %f; quant %f" with its value, the stated scaling and the integer; once the
+// file is written, "*** overflow pixel values (Signed Short Integers) set to 0 ***" follows.
 //
-// They end the run with "can't open " or "can't write " and the file's name, and with the reports of
-// `header_file_name`, `check_byte_order`, `checked_image_size`, `checked_volume_count` and
+// They end the run with "can't open " or "can't write " and the file's name, and with the reports
+// of `header_file_name`, `check_byte_order`, `checked_image_size`, `checked_volume_count` and
 // `flip_image`.
 
 #include "image/image_header.h"
@@ -29,15 +29,15 @@
 namespace velmorant
 {
 
-// The output format as the caller sets it: a format keyword, and how many 16-bit units stand for 1.0
-// (0: the buffer's own extreme becomes 32700).
+// The output format as the caller sets it: a format keyword, and how many 16-bit units stand for
+// 1.0 (0: the buffer's own extreme becomes 32700).
 struct FormatSetting {
     std::array<char, 256> keyword;
     float quantisation;
 };
 
-// The text header alone. Its 16-bit scaling is that of the one volume in `buffer`; the float form does
-// not look at the buffer.
+// The text header alone. Its 16-bit scaling is that of the one volume in `buffer`; the float form
+// does not look at the buffer.
 void write_image_header_binary(const char *image_name, const float *buffer,
                                const ImageHeader &header, const FormatSetting &settings,
                                float threshold);

@@ -14,10 +14,10 @@ struct ShortScaling {
     float stated;
 };
 
-// The extreme by which 16-bit data are scaled: the maximum of all slice_pixels * slices values, or the
-// magnitude of the smallest value above `threshold` where its square is the larger one (single
-// precision). The sign of a winning maximum is kept. An empty volume gives -1e30; a maximum of 0 with
-// nothing above the threshold gives 1e30.
+// The extreme by which 16-bit data are scaled: the maximum of all slice_pixels * slices values, or
+// the magnitude of the smallest value above `threshold` where its square is the larger one (single
+// precision). The sign of a winning maximum is kept. An empty volume gives -1e30; a maximum of 0
+// with nothing above the threshold gives 1e30.
 float find_pix_max(const float *buffer, std::size_t slice_pixels, std::size_t slices,
                    float threshold);
 
@@ -34,8 +34,8 @@ struct StoredShort {
 
 // Overflow is tested on the low 16 bits of quantised + 32700, which must not exceed 65400: 32701 to
 // 32835 are caught, on either side of zero and again every 65536, and what lies between those bands
-// wraps round to other 16-bit values. What does not fit 32 bits is caught as well, having no low bits
-// to keep. A step of 0 stores 0.
+// wraps round to other 16-bit values. What does not fit 32 bits is caught as well, having no low
+// bits to keep. A step of 0 stores 0.
 StoredShort quantise(float value, float step);
 
 } // namespace velmorant
