@@ -2,7 +2,8 @@
 //   FOLDER/phantom.img, .hdr        signed 16-bit, little-endian, reversed on every axis
 //   FOLDER/phantom-float.img, .hdr  float, big-endian, in the standard orientation
 // Without dimensions: 128 x 128 x 40, 4 frames, 2 beds. Ends with status 0, or with 1 after a
-// message.
+// message about its arguments. A file that can't be written is reported by the library: a line on
+// standard output, and status 0.
 
 #include "examples/phantom.h"
 #include "image/allocate.h"
