@@ -1,8 +1,8 @@
 #include "image/raw_reader.h"
 #include "image/image_geometry.h"
 
-#include "image/allocate.h"
 #include "image/byte_order.h"
+#include "image/file_piece.h"
 #include "image/flip_image.h"
 #include "image/raw_header.h"
 #include "prefs/error_report.h"
@@ -19,9 +19,6 @@ namespace velmorant
 {
 
 static_assert(sizeof(off_t) == 8, "volumes may begin beyond 2 GiB");
-
-// Bytes that are read and converted at a time: they stay in the cache between the two.
-static constexpr std::int32_t PieceBytes = 262144;
 
 // The pixel that a stored word stands for. Stored: std::int16_t, std::uint16_t or float.
 template <class Stored, class Word>
@@ -67,7 +64,7 @@ template <std::endian Order, class Stored>
 static void read_pixels(std::FILE *file, const char *image_name, std::span<float> pixels,
                         float factor)
 {
-    const Block<unsigned char> piece(allocate_unsigned_char_zero(PieceBytes, "file piece"));
+    const Block<unsigned char> piece = allocate_file_piece();
     while (!pixels.empty()) {
         const std::size_t wanted =
             std::min<std::size_t>(pixels.size(), PieceBytes / sizeof(Stored));

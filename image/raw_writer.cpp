@@ -1,8 +1,8 @@
 #include "image/raw_writer.h"
 #include "image/image_geometry.h"
 
-#include "image/allocate.h"
 #include "image/byte_order.h"
+#include "image/file_piece.h"
 #include "image/flip_image.h"
 #include "image/raw_header.h"
 #include "image/short_scaling.h"
@@ -29,8 +29,10 @@ struct Encoding {
 
 } // namespace
 
-// Bytes that are converted and written at a time.
-static constexpr std::int32_t PieceBytes = 262144;
+static float replace_below(float threshold, float replacement, float pixel)
+{
+    return threshold > pixel ? replacement : pixel;
+}
 
 template <std::endian Order>
 static void encode_floats(std::span<const float> pixels, const Encoding &encoding,
@@ -39,8 +41,7 @@ static void encode_floats(std::span<const float> pixels, const Encoding &encodin
     const float threshold = encoding.threshold;
     const float replacement = encoding.replacement;
     for (std::size_t i = 0; i < pixels.size(); ++i) {
-        const float pixel = pixels[i];
-        const float value = threshold > pixel ? replacement : pixel;
+        const float value = replace_below(threshold, replacement, pixels[i]);
         store_word<Order>(bytes + i * sizeof(float), std::bit_cast<std::uint32_t>(value));
     }
 }
@@ -52,8 +53,7 @@ static bool encode_shorts(std::span<const float> pixels, const Encoding &encodin
 {
     bool overflow = false;
     for (std::size_t i = 0; i < pixels.size(); ++i) {
-        const float pixel = pixels[i];
-        const float value = encoding.threshold > pixel ? encoding.replacement : pixel;
+        const float value = replace_below(encoding.threshold, encoding.replacement, pixels[i]);
         StoredShort stored = quantise(value, encoding.scaling.step);
         if (stored.overflow) {
             std::printf("sval %f; fval %f; quant %f\n", static_cast<double>(value),
@@ -93,7 +93,7 @@ static void write_data(const char *image_name, std::span<const float> pixels,
     FileHandle file = open_or_report(image_name, "wb");
     write_zeros(file.get(), header.data_offset);
     const std::size_t element_bytes = encoding.type == StoredType::Float ? 4 : 2;
-    const Block<unsigned char> bytes(allocate_unsigned_char_zero(PieceBytes, "file piece"));
+    const Block<unsigned char> bytes = allocate_file_piece();
     bool overflow = false;
     while (!pixels.empty()) {
         const auto piece =
