@@ -1,7 +1,7 @@
 #include "image/raw_reader.h"
 #include "image/image_geometry.h"
 
-#include "image/byte_order.h"
+#include "image/decode_pixels.h"
 #include "image/file_piece.h"
 #include "image/flip_image.h"
 #include "image/raw_header.h"
@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <span>
 #include <string>
-#include <type_traits>
 
 #include <sys/types.h>
 
@@ -19,27 +18,6 @@ namespace velmorant
 {
 
 static_assert(sizeof(off_t) == 8, "volumes may begin beyond 2 GiB");
-
-// The pixel that a stored word stands for. Stored: std::int16_t, std::uint16_t or float.
-template <class Stored, class Word>
-static float pixel_value(Word word, float factor)
-{
-    if constexpr (std::is_same_v<Stored, float>) {
-        return std::bit_cast<float>(word);
-    } else {
-        return static_cast<float>(static_cast<Stored>(word)) * factor;
-    }
-}
-
-template <std::endian Order, class Stored>
-static void decode(const std::uint8_t *bytes, std::span<float> pixels, float factor)
-{
-    using Word = std::conditional_t<sizeof(Stored) == 2, std::uint16_t, std::uint32_t>;
-    for (std::size_t i = 0; i < pixels.size(); ++i) {
-        const Word word = load_word<Order, Word>(bytes + i * sizeof(Word));
-        pixels[i] = pixel_value<Stored>(word, factor);
-    }
-}
 
 // Moves the file to the first byte of the selected volume.
 static void seek_volume(std::FILE *file, const char *image_name, const ImageHeader &header,
@@ -69,7 +47,7 @@ static void read_pixels(std::FILE *file, const char *image_name, std::span<float
         const std::size_t wanted =
             std::min<std::size_t>(pixels.size(), PieceBytes / sizeof(Stored));
         const std::size_t got = std::fread(piece.get(), sizeof(Stored), wanted, file);
-        decode<Order, Stored>(piece.get(), pixels.first(got), factor);
+        decode_pixels<Order, Stored>(piece.get(), pixels.first(got), factor);
         pixels = pixels.subspan(got);
         if (got < wanted) {
             break;
