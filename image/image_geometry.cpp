@@ -19,14 +19,15 @@ std::size_t image_size(const ImageHeader &header)
 
 static constexpr std::int64_t MostPixels = std::numeric_limits<std::int32_t>::max();
 
-// Whether one volume can be held: no negative dimension, and a pixel count within 32 bits.
+// Whether one volume can be held: no negative dimension, and the pixels of a plane and of the volume
+// within 32 bits.
 static bool is_legal(const ImageHeader &header)
 {
     if (std::min({header.x_dim, header.y_dim, header.num_slices}) < 0) {
         return false;
     }
     const std::int64_t plane = std::int64_t{header.x_dim} * header.y_dim;
-    return plane == 0 || header.num_slices <= MostPixels / plane;
+    return plane <= MostPixels && (plane == 0 || header.num_slices <= MostPixels / plane);
 }
 
 static std::string dimensions(const ImageHeader &header)
