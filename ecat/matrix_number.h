@@ -1,0 +1,27 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+namespace velmorant
+{
+
+// Packs the five coordinates of a matrix (see `ImageMatrix`) into the number that names it in a
+// directory:
+//
+//   BITS    COORDINATE
+//   0-11    frame
+//   12-15   bed
+//   16-23   plane
+//   24-29   gate
+//   30-31   data
+//
+// A coordinate that doesn't fit wraps around: frame 4097 is named like frame 1, bed 16 like bed 0.
+// 0 names no matrix, because frames, planes and gates count from 1.
+std::uint32_t mat_numcod(std::int32_t frame, std::int32_t plane, std::int32_t gate,
+                         std::int32_t data, std::int32_t bed);
+
+// Unpacks a matrix number into frame, plane, gate, data and bed, in this order.
+void mat_numdoc(std::uint32_t matrix_number, std::array<std::int32_t, 5> &coordinates);
+
+} // namespace velmorant

@@ -1,0 +1,234 @@
+// Blocks, numbers and directories of ECAT 6 files.
+
+#include "ecat/blocks.h"
+#include "ecat/directory_index.h"
+#include "ecat/matrix_number.h"
+#include "ecat/vax_numbers.h"
+#include "prefs/file_handle.h"
+#include "tests/support/ecat_file.h"
+#include "tests/support/files.h"
+#include "tests/support/process.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <climits>
+#include <cmath>
+#include <string>
+#include <vector>
+
+using namespace velmorant;
+using test::ending;
+
+static constexpr std::uint32_t Number = 0x01010001; // frame 1, plane 1, gate 1, data set 0, bed 0
+
+static FileHandle open_file(const test::EcatFile &file)
+{
+    test::write_file("f.v", file.bytes);
+    return FileHandle(mat_open("f.v", "rb"));
+}
+
+TEST(VaxNumbers, DecodeWorkedValues)
+{
+    const struct {
+        std::array<std::uint16_t, 2> words;
+        std::uint32_t bits;
+    } cases[] = {
+        {{0x4080, 0x0000}, 0x3F800000}, // 1
+        {{0xC080, 0x0000}, 0xBF800000}, // -1
+        {{0x4100, 0x0000}, 0x40000000}, // 2
+        {{0x3F4C, 0xCCCD}, 0x3E4CCCCD}, // 0.2
+        {{0x0000, 0x0000}, 0x00000000}, // 0
+        {{0x0000, 0x0001}, 0x7F000001}, // exponent 0 becomes a huge number,
+        {{0x8000, 0x0000}, 0xFF000000},
+        {{0x0080, 0x0000}, 0x7F800000}, // exponent 1 infinity
+        {{0x0080, 0x0001}, 0x7F800001}, // or NaN,
+        {{0x0100, 0x0001}, 0x00000001}, // and exponent 2 a denormal number
+    };
+    for (const auto &row : cases) {
+        EXPECT_EQ(std::bit_cast<std::uint32_t>(get_vax_float(row.words.data(), 0)), row.bits);
+    }
+    const std::array<std::uint16_t, 4> words{0x5678, 0x1234, 0xFFFE, 0xFFFF};
+    EXPECT_EQ(get_vax_long(words.data(), 0), 0x12345678);
+    EXPECT_EQ(get_vax_long(words.data(), 2), -2);
+}
+
+TEST(VaxNumbers, EncodeEveryExponentSoThatItDecodesAgain)
+{
+    for (std::uint32_t exponent = 0; exponent < 256; ++exponent) {
+        for (const std::uint32_t rest : {0x00000001U, 0x00555555U, 0x802AAAAAU, 0x807FFFFFU}) {
+            const auto value = std::bit_cast<float>(rest + exponent * 0x800000U);
+            const bool tiny = std::fabs(static_cast<double>(value)) <= 1e-20;
+            const std::uint32_t first = (rest >> 16U) + (exponent + 2U) % 256U * 0x80U;
+            std::array<std::uint16_t, 2> words{7, 7};
+            sunftovaxf(words.data(), value);
+            EXPECT_EQ(words[0], tiny ? 0U : first) << exponent;
+            EXPECT_EQ(words[1], tiny ? 0U : rest % 65536U) << exponent;
+            EXPECT_EQ(std::bit_cast<std::uint32_t>(get_vax_float(words.data(), 0)),
+                      tiny ? 0U : rest + exponent * 0x800000U);
+        }
+    }
+    std::array<std::uint16_t, 2> words{7, 7};
+    for (const float zero : {0.0F, 1e-21F, -1e-20F}) {
+        sunftovaxf(words.data(), zero);
+        EXPECT_EQ(words, (std::array<std::uint16_t, 2>{0, 0})) << zero;
+    }
+    sunltovaxl(-2, words.data());
+    EXPECT_EQ(words, (std::array<std::uint16_t, 2>{0xFFFE, 0xFFFF}));
+}
+
+TEST(VaxNumbers, PairsAreSwapped)
+{
+    std::array<std::uint8_t, 6> bytes{1, 2, 3, 4, 5, 6};
+    swabt(bytes.data(), bytes.data(), 3);
+    EXPECT_EQ(bytes, (std::array<std::uint8_t, 6>{2, 1, 4, 3, 5, 6}));
+    swabt(bytes.data(), bytes.data(), INT_MIN);
+    const std::array<std::uint16_t, 4> source{1, 2, 3, 4};
+    std::array<std::uint16_t, 4> words{};
+    swaw(source.data(), words.data(), 4);
+    EXPECT_EQ(words, (std::array<std::uint16_t, 4>{2, 1, 4, 3}));
+}
+
+TEST(MatrixNumber, PacksCoordinatesThatWrapAround)
+{
+    EXPECT_EQ(mat_numcod(1, 1, 1, 0, 0), Number);
+    EXPECT_EQ(mat_numcod(5, 2, 1, 3, 2), 0xC1022005U);
+    EXPECT_EQ(mat_numcod(4097, 257, 65, 4, 16), Number);
+    EXPECT_EQ(mat_numcod(-1, -1, -1, -1, -1), 0xFFFFFFFFU);
+    std::array<std::int32_t, 5> coordinates{};
+    mat_numdoc(0xC1022005, coordinates);
+    EXPECT_EQ(coordinates, (std::array<std::int32_t, 5>{5, 2, 1, 3, 2}));
+}
+
+TEST(Blocks, AreReadOrEndTheProcess)
+{
+    const test::EmptyFolder folder;
+    test::EcatFile file;
+    file.put(2, 0, "second");
+    const FileHandle stream = open_file(file);
+    std::string buffer(1024, 'x');
+    mat_rblk(stream.get(), 2, buffer.data(), 1);
+    EXPECT_TRUE(buffer.starts_with("second"));
+    EXPECT_EQ(buffer.substr(512), std::string(512, 'x'));
+    EXPECT_EQ(std::ftell(stream.get()), 0);
+
+    const auto sought = [](int block) {
+        return "status 255: fseek error in mat_rblk (blkno " + std::to_string(block) +
+               ", nblks 1)...\n";
+    };
+    const auto cut = [](const std::string &expected, int read) {
+        return "status 255: fread error in mat_rblk (" + expected + " expected, " +
+               std::to_string(read) + " read)...\n";
+    };
+    const struct {
+        int block;
+        int count;
+        std::string expected;
+    } cases[] = {
+        {3, 1, cut("512", 0)},        {2, 2, cut("1024", 512)},   {1, -1, cut("-512", 0)},
+        {4194304, 1, cut("512", 0)},  {4194305, 1, sought(4194305)}, {0, 1, sought(0)},
+        {-1, 1, sought(-1)},          {INT_MIN, 1, sought(INT_MIN)}, {INT_MAX, 1, sought(INT_MAX)},
+        {8388609, 2, "status 77: "}, // the same bytes as block 1
+        {3, 0, "status 77: "},
+    };
+    for (const auto &row : cases) {
+        EXPECT_EQ(ending([&] { mat_rblk(stream.get(), row.block, buffer.data(), row.count); }),
+                  row.expected);
+    }
+    EXPECT_EQ(mat_open("none.v", "rb"), nullptr);
+}
+
+TEST(Blocks, AreWrittenOrEndTheProcess)
+{
+    const test::EmptyFolder folder;
+    const std::string block(512, 'b');
+    std::FILE *stream = mat_open("w.v", "w+b");
+    EXPECT_EQ(mat_wblk(stream, 3, block.data(), 1), 0);
+    EXPECT_EQ(std::ftell(stream), 0);
+    EXPECT_EQ(test::read_file("w.v"), std::string(1024, '\0') + block);
+    EXPECT_EQ(ending([&] { mat_wblk(stream, 0, block.data(), 1); }),
+              "status 255: fseek error in mat_wblk (blkno 0, nblks 1)...\n");
+    EXPECT_EQ(mat_close(stream), 0);
+    const FileHandle read_only(mat_open("w.v", "rb"));
+    EXPECT_EQ(ending([&] { mat_wblk(read_only.get(), 1, block.data(), 1); }),
+              "status 255: fwrite error in mat_wblk (512 expected, 0 written)...\n");
+}
+
+// A directory of blocks 2, 40 and 39. Matrices are told apart by their first block.
+static test::EcatFile chained_directory()
+{
+    test::EcatFile file;
+    file.put32(2, 0, {29, 40, 0, 2, 11, 100, 0, 1, 0, 0, 0, 0, 12, 101, 0, 0});
+    file.put32(40, 0, {0, 39, 2, 31});
+    file.put32(40, 496, {13, 102, 0, -1}); // the 31st entry
+    file.put32(39, 0, {30, 2, 40, 1, 12, 103, 0, 1, -1, 104, 0, 1, 14, 105, 0, 1});
+    file.put32(3, 0, {31, 2, 0, 0, 15, 106, 0, 1}); // no link leads here
+    return file;
+}
+
+TEST(Directory, IsWalkedAlongItsLinks)
+{
+    const test::EmptyFolder folder;
+    const FileHandle stream = open_file(chained_directory());
+    DirectoryIndex index(stream.get());
+    // The first block of each, 0 where there is none. The index is asked for the chain's last first.
+    for (const auto &[number, first_block] :
+         {std::pair{14, 105}, {15, 0}, {-1, 104}, {11, 100}, {12, 101}, {13, 102}}) {
+        MatDirEntry entry{};
+        const auto sought = static_cast<std::uint32_t>(number);
+        EXPECT_EQ(mat_lookup(stream.get(), sought, entry), first_block == 0 ? 0 : 1);
+        EXPECT_EQ(entry.first_block, first_block) << number;
+        const MatDirEntry *found = index.find(sought);
+        EXPECT_EQ(found == nullptr ? 0 : found->first_block, first_block) << number;
+    }
+
+    const MatDirList list = mat_read_dir(stream.get());
+    EXPECT_EQ(list.used_entries, 6);
+    ASSERT_EQ(list.entries.size(), 93U);
+    EXPECT_EQ(list.entries[1].matrix_number, 0);
+    EXPECT_EQ(list.entries[61].status, -1);
+    EXPECT_EQ(list.entries[64].first_block, 105);
+    std::array<MatDirEntry, 4> used{};
+    EXPECT_EQ(mat_list(stream.get(), used), 6);
+    EXPECT_EQ(used[1].first_block, 101);
+    EXPECT_EQ(used[3].first_block, 103);
+}
+
+TEST(Directory, ThatLoopsEndsAndOneThatLeadsOutOfTheFileIsAnError)
+{
+    const test::EmptyFolder folder;
+    for (const int next : {40, 39}) { // to itself, or in a circle of two
+        test::EcatFile file = chained_directory();
+        file.put32(40, 4, {next});
+        file.put32(39, 4, {40});
+        const FileHandle stream = open_file(file);
+        MatDirEntry entry{};
+        EXPECT_EQ(mat_lookup(stream.get(), 13, entry), 1);
+        EXPECT_EQ(mat_lookup(stream.get(), 15, entry), 0);
+        EXPECT_EQ(DirectoryIndex(stream.get()).find(15), nullptr);
+        EXPECT_GT(mat_list(stream.get(), {}), 3);
+    }
+    test::EcatFile file = chained_directory();
+    file.put32(39, 4, {41});
+    const FileHandle stream = open_file(file);
+    const std::string beyond = "status 255: fread error in mat_rblk (512 expected, 0 read)...\n";
+    MatDirEntry entry{};
+    EXPECT_EQ(ending([&] { mat_lookup(stream.get(), 14, entry); }), "status 77: ");
+    EXPECT_EQ(ending([&] { mat_lookup(stream.get(), 15, entry); }), beyond);
+    EXPECT_EQ(ending([&] { DirectoryIndex(stream.get()).find(14); }), "status 77: ");
+    EXPECT_EQ(ending([&] { DirectoryIndex(stream.get()).find(15); }), beyond);
+}
+
+TEST(Directory, IsHeldByAnIndexAndReadAfreshByALookup)
+{
+    const test::EmptyFolder folder;
+    const FileHandle stream = open_file(chained_directory());
+    DirectoryIndex index(stream.get());
+    EXPECT_NE(index.find(11), nullptr);
+    test::EcatFile changed;
+    changed.put32(2, 0, {31, 2, 0, 0});
+    test::write_file("f.v", changed.bytes);
+    MatDirEntry entry{};
+    EXPECT_EQ(mat_lookup(stream.get(), 12, entry), 0);
+    EXPECT_NE(index.find(12), nullptr);
+}
