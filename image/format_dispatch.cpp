@@ -1,5 +1,6 @@
 #include "image/format_dispatch.h"
 
+#include "ecat/image_reader.h"
 #include "image/raw_header.h"
 #include "image/raw_reader.h"
 #include "prefs/error_report.h"
@@ -20,17 +21,12 @@ static constexpr std::array<std::string_view, 4> RawKeywords{"SHORTINT2B", "SHOR
     print_error_message(1, "unspecified or unsupported file format");
 }
 
-// ECAT 6 files have a keyword, but no reader in this version.
-static void refuse_ecat(const char *keyword)
-{
-    if (keyword == EcatKeyword) {
-        print_error_message(1, "ECAT 6 files (CTI6) can't be read by this version");
-    }
-}
-
 void read_header(const char *header_name, ImageHeader &header, const char *keyword)
 {
-    refuse_ecat(keyword);
+    if (keyword == EcatKeyword) {
+        read_header_cti6(header_name, header);
+        return;
+    }
     if (std::ranges::find(RawKeywords, keyword) == RawKeywords.end()) {
         report_unsupported_format();
     }
@@ -40,7 +36,10 @@ void read_header(const char *header_name, ImageHeader &header, const char *keywo
 void read_image_planes(const char *image_name, float *buffer, const ImageHeader &header,
                        const ImageMatrix &selector, const char *keyword)
 {
-    refuse_ecat(keyword);
+    if (keyword == EcatKeyword) {
+        read_image_planes_cti6(image_name, buffer, header, selector);
+        return;
+    }
     switch (static_cast<StoredType>(header.data_format)) {
     case StoredType::SignedShort:
         return read_image_planes_binary(image_name, buffer, header, selector);

@@ -17,15 +17,15 @@
 namespace velmorant
 {
 
-// Fills the header from the image's own header, see `read_header_binary`. A keyword that is none of
-// the five ends the run with "unspecified or unsupported file format" before a file is opened;
-// CTI6, which this version has no reader for, with "ECAT 6 files (CTI6) can't be read by this
-// version".
+// Fills the header from the image's own header, see `read_header_cti6` and `read_header_binary`. A
+// keyword that is none of the five ends the run with "unspecified or unsupported file format" before
+// a file is opened.
 void read_header(const char *header_name, ImageHeader &header, const char *keyword);
 
 // Fills `buffer` with the selected volume, in the standard orientation and in real units, see
-// image/raw_reader.h. Every keyword but CTI6 counts as raw, `read_header` having checked it; a
-// data_format other than 1, 2 or 3 ends the run with "unspecified or unsupported file format".
+// ecat/image_reader.h (the selector's plane has to be 1 for a whole volume) and image/raw_reader.h.
+// Every keyword but CTI6 counts as raw, `read_header` having checked it; there, a data_format other
+// than 1, 2 or 3 ends the run with "unspecified or unsupported file format".
 void read_image_planes(const char *image_name, float *buffer, const ImageHeader &header,
                        const ImageMatrix &selector, const char *keyword);
 

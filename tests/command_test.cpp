@@ -1,5 +1,6 @@
 // The built program as its users run it: what it prints, how it ends, which files it leaves.
 
+#include "tests/support/ecat_file.h"
 #include "tests/support/files.h"
 #include "tests/support/process.h"
 #include "tests/support/raw_study.h"
@@ -197,13 +198,43 @@ TEST(Endings, FormatsAreNamedExactly)
 {
     const test::EmptyFolder folder;
     make_inputs();
-    test::write_file("GLOBAL.prf", "File Format:= \"CTI6\"\n");
-    EXPECT_TRUE(tiffgen({"a.img", "out", "1"}).out.ends_with("can't be read by this version\n"));
-    for (const std::string name : {"floatb", "FLOAT", ""}) {
+    for (const std::string name : {"floatb", "cti6", "FLOAT", ""}) {
         test::write_file("GLOBAL.prf", "File Format:= \"" + name + "\"\n");
         EXPECT_TRUE(tiffgen({"a.img", "out", "1"})
                         .out.ends_with("unspecified or unsupported file format\n"));
     }
+}
+
+// An ECAT 6 file and a raw one of the same values say the same and make the same picture.
+TEST(EcatStudy, BecomesAPictureLikeARawOne)
+{
+    const test::EmptyFolder folder;
+    make_inputs(
+        "!matrix size [1] :=20\n!matrix size [2] :=13\n!slice thickness (mm/pixel) :=3.375\n"
+        "number of frames :=2\nnumber of beds :=1\n");
+    std::string raw;
+    for (const auto &[frame, bed] : {std::pair{1, 0}, {2, 0}, {1, 1}, {2, 1}}) {
+        raw += test::stored_floats(test::small_ecat_planes(frame, 1, bed), true);
+    }
+    test::write_file("a.img", raw);
+    const std::vector<std::string> run{"a.img", "out", "0.0", "-f2", "-b1", "-m-20"};
+    tiffgen(run);
+    const std::string said = test::summary(tiffgen(run));
+    EXPECT_NE(said.find("status 1: "), std::string::npos) << said;
+    const std::string picture = test::read_file("out.tif");
+
+    test::EcatFile file = test::small_ecat_study();
+    test::write_file("a.img", file.bytes);
+    test::write_file("GLOBAL.prf", "File Format:= \"CTI6\"\n");
+    tiffgen({});
+    EXPECT_EQ(test::summary(tiffgen(run)), said);
+    EXPECT_EQ(test::read_file("out.tif"), picture);
+
+    // Frame 3 is not there; a cut file ends where its first missing block is sought.
+    EXPECT_TRUE(test::summary(tiffgen({"a.img", "out", "0.0", "-f3"})).starts_with("status 255: "));
+    test::write_file("a.img", file.bytes.substr(0, 1000));
+    EXPECT_EQ(test::summary(tiffgen(run)),
+              "status 255: " + Banner + "fread error in mat_rblk (512 expected, 488 read)...\n");
 }
 
 TEST(Endings, FileNamesThatDoNotFitAbort)

@@ -1,0 +1,223 @@
+#include "ecat/image_reader.h"
+
+#include "ecat/blocks.h"
+#include "ecat/directory_index.h"
+#include "ecat/headers.h"
+#include "ecat/matrix_number.h"
+#include "image/allocate.h"
+#include "image/decode_pixels.h"
+#include "image/image_geometry.h"
+#include "prefs/error_report.h"
+#include "prefs/file_handle.h"
+
+#include <cmath>
+#include <cstdlib>
+
+namespace velmorant
+{
+
+namespace
+{
+
+// A file and the part of its directory that is known, for the time of one call.
+struct OpenStudy {
+    explicit OpenStudy(const char *file_name);
+    std::int32_t close();
+
+    FileHandle file;
+    DirectoryIndex directory;
+};
+
+// What the matrices of a file have in common, 0 before the first is read.
+struct CommonGeometry {
+    float pixel_size; // cm
+    std::int32_t x_dim;
+    std::int32_t y_dim;
+};
+
+} // namespace
+
+static FileHandle open_to_read(const char *file_name)
+{
+    FileHandle file(mat_open(file_name, "rb"));
+    if (!file) {
+        print_error_message(2, "can't open ", file_name);
+    }
+    return file;
+}
+
+OpenStudy::OpenStudy(const char *file_name) : file(open_to_read(file_name)), directory(file.get())
+{
+}
+
+std::int32_t OpenStudy::close()
+{
+    return mat_close(file.release());
+}
+
+// The directory entry of a matrix, or null, said in a line that is not ended.
+static const MatDirEntry *find_or_say(OpenStudy &study, const ImageMatrix &matrix)
+{
+    const MatDirEntry *entry = study.directory.find(
+        mat_numcod(matrix.frame, matrix.plane, matrix.gate, matrix.data, matrix.bed));
+    if (entry == nullptr) {
+        std::printf("matrix (%d,%d,%d,%d,%d) not found...", matrix.frame, matrix.plane, matrix.gate,
+                    matrix.data, matrix.bed);
+    }
+    return entry;
+}
+
+static bool differ(double a, double b)
+{
+    return std::fabs(a - b) > 1e-20;
+}
+
+// Ends the run where a matrix doesn't go with the one visited before it.
+static void check_subheader(const MatImageSubheader &subheader, const CommonGeometry &previous)
+{
+    const auto pixel_size = static_cast<double>(subheader.pixel_size);
+    const auto previous_size = static_cast<double>(previous.pixel_size);
+    if (pixel_size <= 0.0) {
+        print_error_message(1, "illegal pixel size in the subheader");
+    }
+    if (differ(previous_size, 0.0) && differ(previous_size, pixel_size)) {
+        print_error_message(1, "inconsistent pixel size among frames");
+    }
+    if (subheader.x_dimension < 1 || subheader.y_dimension < 1) {
+        print_error_message(1, "illegal dimensions");
+    }
+    if ((previous.x_dim != 0 && previous.x_dim != subheader.x_dimension) ||
+        (previous.y_dim != 0 && previous.y_dim != subheader.y_dimension)) {
+        print_error_message(1, "inconsisten dimensions among frames");
+    }
+}
+
+// Takes over what the matrix's subheader says. False where the directory lacks the matrix.
+static bool visit_matrix(OpenStudy &study, const ImageMatrix &matrix, CommonGeometry &geometry)
+{
+    const MatDirEntry *entry = find_or_say(study, matrix);
+    if (entry == nullptr) {
+        std::puts("\nCHECK A POSSIBLE PROBLEM IN THE MAIN HEADER...\n"
+                  "THE PROGRAM MAY FAIL IN THE FURTHER PROCESSING...");
+        return false;
+    }
+    MatImageSubheader subheader{};
+    mat_read_image_subheader(study.file.get(), entry->first_block, subheader);
+    check_subheader(subheader, geometry);
+    geometry = {subheader.pixel_size, subheader.x_dimension, subheader.y_dimension};
+    return true;
+}
+
+static CommonGeometry visit_matrices(OpenStudy &study, const ImageHeader &promised)
+{
+    CommonGeometry geometry{};
+    for (std::int32_t bed = 0; bed <= promised.num_beds; ++bed) {
+        for (std::int32_t frame = 1; frame <= promised.num_frames; ++frame) {
+            for (std::int32_t plane = 1; plane <= promised.num_slices; ++plane) {
+                for (std::int32_t gate = 1; gate <= promised.num_gates; ++gate) {
+                    if (!visit_matrix(study, {frame, plane, gate, 0, bed}, geometry)) {
+                        return geometry;
+                    }
+                }
+            }
+        }
+    }
+    return geometry;
+}
+
+std::int32_t read_header_cti6(const char *file_name, ImageHeader &header)
+{
+    OpenStudy study(file_name);
+    MatMainHeader main_header{};
+    mat_read_main_header(study.file.get(), main_header);
+    header.num_frames = main_header.num_frames;
+    header.num_slices = main_header.num_planes;
+    header.num_gates = main_header.num_gates == 0 ? 1 : main_header.num_gates;
+    header.num_data = 0;
+    header.num_beds = main_header.num_bed_positions;
+
+    const CommonGeometry geometry = visit_matrices(study, header);
+    header.x_dim = geometry.x_dim;
+    header.y_dim = geometry.y_dim;
+    header.pixel_size_x = header.pixel_size_y = 10.0F * geometry.pixel_size;
+    header.slice_thickness = 10.0F * main_header.plane_separation;
+    header.right_on_left = 1;
+    header.anterior_to_posterior = 1;
+    header.superior_to_inferior = 1;
+    header.data_offset = 0;
+    header.byte_order = 1;
+    return study.close();
+}
+
+static constexpr std::int32_t BlockPixels = BlockBytes / sizeof(std::int16_t);
+
+// Fills `pixels` from one plane. stored: room for as many 16-bit integers, those beyond the plane's
+// last block 0. line_end: what ends the line about a missing plane.
+template <std::endian Order>
+static void read_plane(OpenStudy &study, const ImageMatrix &matrix, std::int16_t *stored,
+                       std::span<float> pixels, const char *line_end)
+{
+    const MatDirEntry *entry = find_or_say(study, matrix);
+    if (entry == nullptr) {
+        std::fputs(line_end, stdout);
+        std::exit(-1);
+    }
+    std::FILE *stream = study.file.get();
+    MatImageSubheader subheader{};
+    mat_read_image_subheader(stream, entry->first_block, subheader);
+    mat_read_matrix_data(stream, block_after(entry->first_block),
+                         static_cast<std::int32_t>(pixels.size()) / BlockPixels, stored);
+    const auto *bytes = reinterpret_cast<const std::uint8_t *>(stored);
+    decode_pixels<Order, std::int16_t>(bytes, pixels, subheader.scale_factor);
+}
+
+// Reads the planes from the first one's coordinates to the last frame and bed, and in each volume
+// to the last plane. Order: the pixels' byte order.
+template <std::endian Order>
+static std::int32_t read_planes(const char *file_name, float *pixels, const ImageHeader &header,
+                                const ImageMatrix &first, std::int32_t last_frame,
+                                std::int32_t last_bed, const char *line_end)
+{
+    checked_image_size(header);
+    const std::int32_t size = header.x_dim * header.y_dim;
+    const Block<std::int16_t> stored(allocate_short_int_zero(size, "in-plane buffer"));
+    OpenStudy study(file_name);
+    ImageMatrix matrix = first;
+    for (std::int64_t frame = first.frame; frame <= last_frame; ++frame) {
+        for (std::int64_t bed = first.bed; bed <= last_bed; ++bed) {
+            for (std::int64_t plane = first.plane; plane <= header.num_slices; ++plane) {
+                matrix.frame = static_cast<std::int32_t>(frame);
+                matrix.bed = static_cast<std::int32_t>(bed);
+                matrix.plane = static_cast<std::int32_t>(plane);
+                read_plane<Order>(study, matrix, stored.get(),
+                                  std::span(pixels, static_cast<std::size_t>(size)), line_end);
+                pixels += size;
+            }
+        }
+    }
+    return study.close();
+}
+
+std::int32_t read_image_planes_cti6(const char *file_name, float *pixels, const ImageHeader &header,
+                                    const ImageMatrix &selector)
+{
+    return read_planes<std::endian::little>(file_name, pixels, header, selector, selector.frame,
+                                            selector.bed, "");
+}
+
+std::int32_t read_image_planes_cti6_swap_byte_order(const char *file_name, float *pixels,
+                                                    const ImageHeader &header,
+                                                    const ImageMatrix &selector)
+{
+    return read_planes<std::endian::big>(file_name, pixels, header, selector, selector.frame,
+                                         selector.bed, "");
+}
+
+std::int32_t read_image_matrix_cti6(const char *file_name, float *pixels, const ImageHeader &header,
+                                    const ImageMatrix &selector)
+{
+    return read_planes<std::endian::little>(file_name, pixels, header, selector, header.num_frames,
+                                            header.num_beds, "\n");
+}
+
+} // namespace velmorant

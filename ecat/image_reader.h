@@ -1,0 +1,62 @@
+#pragma once
+
+// Reading the images of an ECAT 6 matrix file.
+//
+// Each plane is a matrix of its own: x_dim * y_dim signed 16-bit integers, x fastest, in the data
+// blocks after its subheader. An integer n stands for n * scale_factor, computed in single
+// precision, with the scale_factor of the plane's own subheader. Planes are taken in the order and
+// the orientation in which they are stored; nothing is flipped.
+//
+// What all end with:
+//   status 0   "can't open " and the file's name
+//   status -1  a block that can't be read, as `mat_rblk` says
+
+#include "image/image_header.h"
+
+namespace velmorant
+{
+
+// Fills the header from the file's main header and from the image subheaders of all matrices that
+// the main header promises, beds outermost, then frames, planes and gates, of data set 0:
+//
+//   num_frames, num_slices         as in the main header
+//   num_gates                      as in the main header, 0 becoming 1
+//   num_data                       0
+//   num_beds                       the main header's num_bed_positions
+//   x_dim, y_dim, pixel_size_x, _y as in the matrix visited last, or 0; mm
+//   slice_thickness                the main header's plane_separation in mm
+//   the three orientation flags    1
+//   data_offset, byte_order        0 and 1
+//
+// pixel_scaling and data_format stay as they are. At the first matrix that the directory lacks,
+// three lines of warning are printed and the visit ends; if that is the very first, the dimensions
+// are 0. Returns the result of closing the file.
+//
+// Reports as fatal: "illegal pixel size in the subheader" (0 or less); "inconsistent pixel size
+// among frames" where it is not the previous matrix's; "illegal dimensions" (below 1); "inconsisten
+// dimensions among frames" where they are not the previous matrix's.
+std::int32_t read_header_cti6(const char *file_name, ImageHeader &header);
+
+// Reads the planes from the selector's `plane` to the header's num_slices, of the selector's frame,
+// gate, data set and bed, into `pixels`: (num_slices - plane + 1) * x_dim * y_dim floats. All planes
+// are taken to be of the header's size. A plane has x_dim * y_dim / 256 data blocks, truncated;
+// pixels beyond them are 0. Returns the result of closing the file.
+//
+// A plane that the directory lacks ends the process with status -1 and the line, without a line
+// break, "matrix (1,12,1,0,0) not found..." (frame, plane, gate, data, bed). Dimensions that can't
+// be held are reported as `checked_image_size` does.
+std::int32_t read_image_planes_cti6(const char *file_name, float *pixels, const ImageHeader &header,
+                                    const ImageMatrix &selector);
+
+// The same for a file whose pixels, alone of all its numbers, are big-endian.
+std::int32_t read_image_planes_cti6_swap_byte_order(const char *file_name, float *pixels,
+                                                    const ImageHeader &header,
+                                                    const ImageMatrix &selector);
+
+// The same for many volumes, one after the other: the frames from the selector's to num_frames,
+// in each the beds from the selector's to num_beds, in each the planes from the selector's to
+// num_slices. The line about a missing plane ends with a line break.
+std::int32_t read_image_matrix_cti6(const char *file_name, float *pixels, const ImageHeader &header,
+                                    const ImageMatrix &selector);
+
+} // namespace velmorant

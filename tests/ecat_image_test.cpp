@@ -1,0 +1,156 @@
+// Images out of ECAT 6 files.
+
+#include "ecat/image_reader.h"
+#include "image/format_dispatch.h"
+#include "tests/support/ecat_file.h"
+#include "tests/support/files.h"
+#include "tests/support/process.h"
+#include "tests/support/raw_study.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+using namespace velmorant;
+using test::ending;
+
+static const std::string Warning = "CHECK A POSSIBLE PROBLEM IN THE MAIN HEADER...\n"
+                                   "THE PROGRAM MAY FAIL IN THE FURTHER PROCESSING...\n";
+
+static ImageHeader read_small_header()
+{
+    ImageHeader header{};
+    read_header_cti6("s.v", header);
+    return header;
+}
+
+TEST(EcatImage, HeaderIsMadeOfTheMainHeaderAndAllSubheaders)
+{
+    const test::EmptyFolder folder;
+    test::EcatFile file = test::small_ecat_study();
+    test::write_file("s.v", file.bytes);
+    ImageHeader header{9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9};
+    read_header("s.v", header, "CTI6");
+    const ImageHeader expected{2, 3, 1, 0, 1, 20, 13, 10 * 0.2F, 10 * 0.2F, 10 * 0.3375F,
+                               9, 1, 1, 1, 0, 1,  9};
+    EXPECT_EQ(test::fields(header), test::fields(expected));
+
+    // Beds outermost: frame 1 of bed 1 is missed before frame 2's pixel size is found wrong.
+    file.put32(2, 16 + 16 * 4, {0x01021009}); // another frame's number on bed 1, plane 2
+    file.put16(test::small_ecat_block(2, 1, 1), 184, {0, 0});
+    test::write_file("s.v", file.bytes);
+    EXPECT_EQ(ending(read_small_header),
+              "status 77: matrix (1,2,1,0,1) not found...\n" + Warning);
+    EXPECT_EQ(read_small_header().x_dim, 20);
+
+    // Without any matrix the dimensions are 0; what the main header says stays.
+    file.put32(2, 0, std::vector<std::int64_t>(128, 2));
+    file.put16(1, 380, {2});
+    test::write_file("s.v", file.bytes);
+    header = read_small_header();
+    EXPECT_EQ(test::fields(header), test::fields({2, 3, 2, 0, 1, 0, 0, 0, 0, 10 * 0.3375F, 0, 1, 1, 1,
+                                                  0, 1, 0}));
+}
+
+TEST(EcatImage, HeadersThatDoNotGoTogetherEndTheRun)
+{
+    const test::EmptyFolder folder;
+    EXPECT_EQ(ending(read_small_header), "status 0: can't open s.v\n");
+    // One thing put into a subheader.
+    const struct {
+        int byte;
+        std::vector<std::int64_t> words;
+        std::string expected;
+    } cases[] = {
+        {184, {0, 0}, "status 0: illegal pixel size in the subheader\n"},
+        {184, {0xBF4C, 0xCCCD}, "status 0: illegal pixel size in the subheader\n"},
+        {184, {0x3F4C, 0xCCCE}, "status 0: inconsistent pixel size among frames\n"},
+        {184, {0x0080, 0x0001}, "status 77: "}, // NaN
+        {132, {0}, "status 0: illegal dimensions\n"},
+        {134, {0x8000}, "status 0: illegal dimensions\n"},
+        {132, {21}, "status 0: inconsisten dimensions among frames\n"},
+        {134, {1}, "status 0: inconsisten dimensions among frames\n"},
+    };
+    for (const auto &row : cases) {
+        // The last matrix of all: whatever comes before goes together.
+        test::EcatFile file = test::small_ecat_study();
+        file.put16(test::small_ecat_block(2, 3, 1), row.byte, row.words);
+        test::write_file("s.v", file.bytes);
+        EXPECT_EQ(ending(read_small_header), row.expected);
+    }
+}
+
+// The values that a reader leaves in a buffer of `count` floats.
+template <class Reader>
+static std::vector<float> read_with(Reader reader, const ImageMatrix &selector, std::size_t count)
+{
+    std::vector<float> pixels(count, -1.0F);
+    reader("s.v", pixels.data(), read_small_header(), selector);
+    return pixels;
+}
+
+TEST(EcatImage, PlanesOfOneFrameAndBedAreRead)
+{
+    const test::EmptyFolder folder;
+    test::EcatFile file = test::small_ecat_study();
+    test::write_file("s.v", file.bytes);
+    EXPECT_EQ(read_with(read_image_planes_cti6, {1, 1, 1, 0, 1}, 780),
+              test::small_ecat_planes(1, 1, 1));
+    EXPECT_EQ(read_with(read_image_planes_cti6, {2, 3, 1, 0, 0}, 260),
+              test::small_ecat_plane(2, 3, 0));
+
+    const int block = test::small_ecat_block(2, 3, 0);
+    file.put16(block, 172, {0x4080, 0});
+    file.put(block + 1, 0, test::stored_integers({0x1234, -2}, 2, true));
+    test::write_file("s.v", file.bytes);
+    const std::vector<float> swapped =
+        read_with(read_image_planes_cti6_swap_byte_order, {2, 3, 1, 0, 0}, 260);
+    EXPECT_EQ(swapped[0], 4660.0F);
+    EXPECT_EQ(swapped[1], -2.0F);
+    EXPECT_EQ(swapped[256], 0.0F);
+    EXPECT_EQ(swapped[259], 0.0F);
+}
+
+TEST(EcatImage, ManyVolumesAreReadBedByBedWithinAFrame)
+{
+    const test::EmptyFolder folder;
+    test::write_file("s.v", test::small_ecat_study().bytes);
+    std::vector<float> expected;
+    for (const auto &[frame, bed] : {std::pair{1, 0}, {1, 1}, {2, 0}, {2, 1}}) {
+        const std::vector<float> planes = test::small_ecat_planes(frame, 2, bed);
+        expected.insert(expected.end(), planes.begin(), planes.end());
+    }
+    EXPECT_EQ(read_with(read_image_matrix_cti6, {1, 2, 1, 0, 0}, 2080), expected);
+    EXPECT_EQ(read_with(read_image_matrix_cti6, {2, 2, 1, 0, 1}, 520),
+              test::small_ecat_planes(2, 2, 1));
+}
+
+TEST(EcatImage, PlanesThatCanNotBeReadEndTheRun)
+{
+    const test::EmptyFolder folder;
+    test::EcatFile file = test::small_ecat_study();
+    file.put32(2, 16 + 16 * 2, {0}); // plane 3 of frame 1, bed 0
+    file.put32(2, 16 + 16 * 5 + 4, {26}); // bed 1's is taken to be the file's last block,
+    file.put32(2, 16 + 16 * 8 + 4, {INT32_MAX}); // frame 2's one that no file has
+    test::write_file("s.v", file.bytes);
+    std::vector<float> pixels(3120);
+    const auto ending_of = [&](auto reader, const ImageMatrix &selector,
+                               const ImageHeader &header = {2, 3, 1, 0, 1, 20, 13, 2, 2, 3, 0, 1, 1,
+                                                            1, 0, 1, 1}) {
+        return ending([&] { reader("s.v", pixels.data(), header, selector); });
+    };
+    const std::string missing = "status 255: matrix (1,3,1,0,0) not found...";
+    EXPECT_EQ(ending_of(read_image_planes_cti6, {1, 1, 1, 0, 0}), missing);
+    EXPECT_EQ(ending_of(read_image_planes_cti6_swap_byte_order, {1, 1, 1, 0, 0}), missing);
+    EXPECT_EQ(ending_of(read_image_matrix_cti6, {1, 1, 1, 0, 0}), missing + "\n");
+    EXPECT_EQ(ending_of(read_image_planes_cti6, {1, 1, 2, 3, 15}),
+              "status 255: matrix (1,1,2,3,15) not found...");
+    EXPECT_EQ(ending_of(read_image_planes_cti6, {1, 1, 1, 0, 1}),
+              "status 255: fread error in mat_rblk (512 expected, 0 read)...\n");
+    EXPECT_EQ(ending_of(read_image_planes_cti6, {2, 1, 1, 0, 0}),
+              "status 255: fseek error in mat_rblk (blkno 2147483647, nblks 1)...\n");
+    EXPECT_EQ(ending_of(read_image_planes_cti6, {1, 1, 1, 0, 0},
+                        {1, 0, 1, 0, 0, 65536, 65536, 2, 2, 3, 0, 1, 1, 1, 0, 1, 1}),
+              "status 0: illegal image dimensions 65536 x 65536 x 0\n");
+}
