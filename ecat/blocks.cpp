@@ -1,12 +1,9 @@
 #include "ecat/blocks.h"
 
-#include <algorithm>
 #include <cstdlib>
 
 namespace velmorant
 {
-
-static constexpr std::int32_t LastBlock = 4194304;
 
 // count * 512 modulo 2^32.
 static std::uint32_t wrapped_bytes(std::int32_t count)
@@ -17,19 +14,6 @@ static std::uint32_t wrapped_bytes(std::int32_t count)
 static std::int32_t block_offset(std::int32_t block_number)
 {
     return static_cast<std::int32_t>(wrapped_bytes(block_number) - BlockBytes);
-}
-
-std::int32_t block_after(std::int32_t block_number)
-{
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(block_number) + 1);
-}
-
-std::int32_t count_blocks(std::FILE *stream)
-{
-    const long bytes = std::fseek(stream, 0, SEEK_END) == 0 ? std::ftell(stream) : 0;
-    std::rewind(stream);
-    const long blocks = std::max(bytes, 0L) / static_cast<long>(BlockBytes);
-    return static_cast<std::int32_t>(std::min<long>(blocks, LastBlock));
 }
 
 std::FILE *mat_open(const char *path, const char *mode)

@@ -26,13 +26,6 @@ namespace velmorant
 
 inline constexpr std::size_t BlockBytes = 512;
 
-// The number of the block after `block_number`, modulo 2^32.
-std::int32_t block_after(std::int32_t block_number);
-
-// How many whole blocks the file has, those beyond the last that is reached not counted. Leaves the
-// stream at the beginning of the file.
-std::int32_t count_blocks(std::FILE *stream);
-
 // Opens a file in one of the modes "rb", "wb", "r+b" and "w+b", as fopen does. Null where it can't
 // be opened; the caller reports. The stream has no buffer, since whole blocks are moved: nothing is
 // read ahead, and a short write is seen at once. It is closed with `mat_close`.

@@ -26,8 +26,7 @@ static DirectoryBlock read_directory_block(std::FILE *stream, std::int32_t block
     return block;
 }
 
-DirectoryWalk::DirectoryWalk(std::FILE *open_stream)
-    : stream(open_stream), blocks_in_file(count_blocks(open_stream))
+DirectoryWalk::DirectoryWalk(std::FILE *open_stream) : stream(open_stream)
 {
 }
 
@@ -37,9 +36,9 @@ bool DirectoryWalk::read_next(DirectoryBlock &block)
         return false;
     }
     block = read_directory_block(stream, next_block);
+    visited.insert(next_block);
     next_block = block.next_block;
-    ++visited;
-    ended = next_block == FirstDirectoryBlock || visited > blocks_in_file;
+    ended = next_block == FirstDirectoryBlock || visited.contains(next_block);
     return true;
 }
 

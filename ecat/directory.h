@@ -12,15 +12,16 @@
 //   3       number of used entries in this block
 //   4-127   31 entries of 4 words each, in the order of `MatDirEntry`
 //
-// Nothing relies on the counts. A chain whose links form a loop without block 2 is followed until
-// more blocks have been visited than the file has, and ends there. A link to a block that can't be
-// read ends the process as `mat_rblk` does.
+// Nothing relies on the counts. A damaged chain, whose links run in a circle without block 2, ends
+// where it would come to a block for the second time: no walk takes more blocks than the file has. A
+// link to a block that can't be read ends the process as `mat_rblk` does.
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <span>
+#include <unordered_set>
 #include <vector>
 
 namespace velmorant
@@ -56,8 +57,7 @@ public:
 private:
     std::FILE *stream;
     std::int32_t next_block = FirstDirectoryBlock;
-    std::int32_t visited = 0;
-    std::int32_t blocks_in_file;
+    std::unordered_set<std::int32_t> visited; // block numbers
     bool ended = false;
 };
 

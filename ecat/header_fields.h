@@ -17,7 +17,7 @@ namespace velmorant
 {
 
 // The types of fields. Each has the number of its bytes in the file, its `Value` in a record, and
-// `load`, which makes the one of the other.
+// `load`, which makes the value of the bytes.
 
 struct Char {
     using Value = char;

@@ -165,7 +165,8 @@ static void read_plane(OpenStudy &study, const ImageMatrix &matrix, std::int16_t
     std::FILE *stream = study.file.get();
     MatImageSubheader subheader{};
     mat_read_image_subheader(stream, entry->first_block, subheader);
-    mat_read_matrix_data(stream, block_after(entry->first_block),
+    // A block that was read has a number with room for one more.
+    mat_read_matrix_data(stream, entry->first_block + 1,
                          static_cast<std::int32_t>(pixels.size()) / BlockPixels, stored);
     const auto *bytes = reinterpret_cast<const std::uint8_t *>(stored);
     decode_pixels<Order, std::int16_t>(bytes, pixels, subheader.scale_factor);
@@ -178,11 +179,11 @@ static std::int32_t read_planes(const char *file_name, float *pixels, const Imag
                                 const ImageMatrix &first, std::int32_t last_frame,
                                 std::int32_t last_bed, const char *line_end)
 {
-    checked_image_size(header);
-    const std::int32_t size = header.x_dim * header.y_dim;
+    const std::int32_t size = checked_plane_size(header);
     const Block<std::int16_t> stored(allocate_short_int_zero(size, "in-plane buffer"));
     OpenStudy study(file_name);
     ImageMatrix matrix = first;
+    // 64-bit, because a last number may be the highest there is.
     for (std::int64_t frame = first.frame; frame <= last_frame; ++frame) {
         for (std::int64_t bed = first.bed; bed <= last_bed; ++bed) {
             for (std::int64_t plane = first.plane; plane <= header.num_slices; ++plane) {

@@ -34,7 +34,8 @@ namespace velmorant
 //
 // Reports as fatal: "illegal pixel size in the subheader" (0 or less); "inconsistent pixel size
 // among frames" where it is not the previous matrix's; "illegal dimensions" (below 1); "inconsisten
-// dimensions among frames" where they are not the previous matrix's.
+// dimensions among frames" where they are not the previous matrix's. NaN is a pixel size that goes
+// with any other.
 std::int32_t read_header_cti6(const char *file_name, ImageHeader &header);
 
 // Reads the planes from the selector's `plane` to the header's num_slices, of the selector's frame,
@@ -44,7 +45,7 @@ std::int32_t read_header_cti6(const char *file_name, ImageHeader &header);
 //
 // A plane that the directory lacks ends the process with status -1 and the line, without a line
 // break, "matrix (1,12,1,0,0) not found..." (frame, plane, gate, data, bed). Dimensions that can't
-// be held are reported as `checked_image_size` does.
+// be held are reported as `checked_plane_size` does.
 std::int32_t read_image_planes_cti6(const char *file_name, float *pixels, const ImageHeader &header,
                                     const ImageMatrix &selector);
 

@@ -14,18 +14,18 @@ namespace velmorant
 {
 
 struct MatImageSubheader {
-    std::int16_t data_type; // not looked at: images are signed 16-bit integers
+    std::int16_t data_type;      // not looked at: images are signed 16-bit integers
     std::int16_t num_dimensions; // 2 for a plane
-    std::int16_t x_dimension; // pixels per row
-    std::int16_t y_dimension; // rows
+    std::int16_t x_dimension;    // pixels per row
+    std::int16_t y_dimension;    // rows
     float x_origin;
     float y_origin;
-    float recon_scale; // zoom of the reconstruction
-    float scale_factor; // real value of one stored unit
+    float recon_scale;      // zoom of the reconstruction
+    float scale_factor;     // real value of one stored unit
     std::int16_t image_min; // smallest stored integer
     std::int16_t image_max; // largest stored integer
-    float pixel_size; // cm, the same in x and y
-    float slice_width; // cm
+    float pixel_size;       // cm, the same in x and y
+    float slice_width;      // cm
     std::int32_t frame_duration;
     std::int32_t frame_start_time;
     std::int16_t slice_location;

@@ -15,14 +15,14 @@ namespace velmorant
 
 struct MatMainHeader {
     std::array<char, 20> source_file_name; // name of the file as first written
-    std::int16_t software_version; // version of format and software
-    std::int16_t data_type; // code of the matrices' data type
-    std::int16_t system_type; // scanner model
-    std::int16_t file_type; // kind of file: images, sinograms, attenuation, normalisation
-    std::array<char, 10> node_id; // acquisition computer
-    std::int16_t scan_start_day; // of the month
+    std::int16_t software_version;         // version of format and software
+    std::int16_t data_type;                // code of the matrices' data type
+    std::int16_t system_type;              // scanner model
+    std::int16_t file_type;        // kind of file: images, sinograms, attenuation, normalisation
+    std::array<char, 10> node_id;  // acquisition computer
+    std::int16_t scan_start_day;   // of the month
     std::int16_t scan_start_month; // 1 to 12
-    std::int16_t scan_start_year; // in full
+    std::int16_t scan_start_year;  // in full
     std::int16_t scan_start_hour;
     std::int16_t scan_start_minute;
     std::int16_t scan_start_second;
@@ -35,7 +35,7 @@ struct MatMainHeader {
     std::int16_t rotating_source_speed;
     std::int16_t wobble_speed;
     std::int16_t transmission_source_type;
-    float axial_fov; // field of view along the axis
+    float axial_fov;      // field of view along the axis
     float transaxial_fov; // field of view across it
     std::int16_t transaxial_sampling_mode;
     std::int16_t coincidence_sampling_mode;
@@ -46,7 +46,7 @@ struct MatMainHeader {
     std::array<char, 12> study_name;
     std::array<char, 16> patient_id;
     std::array<char, 32> patient_name;
-    char patient_sex; // a letter
+    char patient_sex;                 // a letter
     std::array<char, 10> patient_age; // these three as text
     std::array<char, 10> patient_height;
     std::array<char, 10> patient_weight;
@@ -58,13 +58,13 @@ struct MatMainHeader {
     std::int16_t bed_type;
     std::int16_t septa_type;
     std::array<char, 20> facility_name;
-    std::int16_t num_planes; // planes (slices) of one volume
-    std::int16_t num_frames; // time frames
-    std::int16_t num_gates; // 0 where the study is not gated
+    std::int16_t num_planes;        // planes (slices) of one volume
+    std::int16_t num_frames;        // time frames
+    std::int16_t num_gates;         // 0 where the study is not gated
     std::int16_t num_bed_positions; // beyond the first: beds are numbered 0 to this
     float initial_bed_position;
     std::array<float, 15> bed_offsets; // of bed positions 1 to 15
-    float plane_separation; // cm between the centres of planes
+    float plane_separation;            // cm between the centres of planes
     std::int16_t lower_scatter_threshold;
     std::int16_t lower_true_threshold;
     std::int16_t upper_true_threshold;

@@ -2,7 +2,6 @@
 
 #include "prefs/error_report.h"
 
-#include <algorithm>
 #include <limits>
 #include <string>
 
@@ -19,15 +18,21 @@ std::size_t image_size(const ImageHeader &header)
 
 static constexpr std::int64_t MostPixels = std::numeric_limits<std::int32_t>::max();
 
-// Whether one volume can be held: no negative dimension, and the pixels of a plane and of the volume
-// within 32 bits.
+// Whether a plane can be held: no negative dimension, and a pixel count within 32 bits.
+static bool is_legal_plane(const ImageHeader &header)
+{
+    return header.x_dim >= 0 && header.y_dim >= 0 &&
+           std::int64_t{header.x_dim} * header.y_dim <= MostPixels;
+}
+
+// The same for a volume.
 static bool is_legal(const ImageHeader &header)
 {
-    if (std::min({header.x_dim, header.y_dim, header.num_slices}) < 0) {
+    if (!is_legal_plane(header) || header.num_slices < 0) {
         return false;
     }
     const std::int64_t plane = std::int64_t{header.x_dim} * header.y_dim;
-    return plane <= MostPixels && (plane == 0 || header.num_slices <= MostPixels / plane);
+    return plane * header.num_slices <= MostPixels;
 }
 
 static std::string dimensions(const ImageHeader &header)
@@ -36,12 +41,25 @@ static std::string dimensions(const ImageHeader &header)
            std::to_string(header.num_slices);
 }
 
+[[noreturn]] static void report_dimensions(const ImageHeader &header)
+{
+    print_error_message(2, "illegal image dimensions ", dimensions(header).c_str());
+}
+
 std::size_t checked_image_size(const ImageHeader &header)
 {
     if (!is_legal(header)) {
-        print_error_message(2, "illegal image dimensions ", dimensions(header).c_str());
+        report_dimensions(header);
     }
     return image_size(header);
+}
+
+std::int32_t checked_plane_size(const ImageHeader &header)
+{
+    if (!is_legal_plane(header)) {
+        report_dimensions(header);
+    }
+    return header.x_dim * header.y_dim;
 }
 
 std::size_t checked_volume_count(const ImageHeader &header)

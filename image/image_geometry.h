@@ -16,6 +16,9 @@ std::size_t image_size(const ImageHeader &header);
 // that touches a pixel buffer takes its extent from here.
 std::size_t checked_image_size(const ImageHeader &header);
 
+// Number of pixels of one plane, x_dim * y_dim, with the same report.
+std::int32_t checked_plane_size(const ImageHeader &header);
+
 // Number of volumes of a file, num_frames * (num_beds + 1), or the end of the run where either
 // factor is negative or all volumes together are more pixels than a signed 32-bit count can say:
 // "illegal number of frames and beds: 2 and 70000".

@@ -210,14 +210,14 @@ TEST(EcatStudy, BecomesAPictureLikeARawOne)
 {
     const test::EmptyFolder folder;
     make_inputs(
-        "!matrix size [1] :=20\n!matrix size [2] :=13\n!slice thickness (mm/pixel) :=3.375\n"
+        "!matrix size [1] :=20\n!matrix size [2] :=26\n!slice thickness (mm/pixel) :=3.375\n"
         "number of frames :=2\nnumber of beds :=1\n");
     std::string raw;
     for (const auto &[frame, bed] : {std::pair{1, 0}, {2, 0}, {1, 1}, {2, 1}}) {
         raw += test::stored_floats(test::small_ecat_planes(frame, 1, bed), true);
     }
     test::write_file("a.img", raw);
-    const std::vector<std::string> run{"a.img", "out", "0.0", "-f2", "-b1", "-m-20"};
+    const std::vector<std::string> run{"a.img", "out", "0.0", "-f2", "-b1", "-g1"};
     tiffgen(run);
     const std::string said = test::summary(tiffgen(run));
     EXPECT_NE(said.find("status 1: "), std::string::npos) << said;

@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <bit>
 #include <climits>
 #include <cmath>
@@ -40,9 +41,8 @@ TEST(VaxNumbers, DecodeWorkedValues)
         {{0x3F4C, 0xCCCD}, 0x3E4CCCCD}, // 0.2
         {{0x0000, 0x0000}, 0x00000000}, // 0
         {{0x0000, 0x0001}, 0x7F000001}, // exponent 0 becomes a huge number,
-        {{0x8000, 0x0000}, 0xFF000000},
-        {{0x0080, 0x0000}, 0x7F800000}, // exponent 1 infinity
-        {{0x0080, 0x0001}, 0x7F800001}, // or NaN,
+        {{0x8000, 0x0000}, 0xFF000000}, {{0x0080, 0x0000}, 0x7F800000}, // exponent 1 infinity
+        {{0x0080, 0x0001}, 0x7F800001},                                 // or NaN,
         {{0x0100, 0x0001}, 0x00000001}, // and exponent 2 a denormal number
     };
     for (const auto &row : cases) {
@@ -51,6 +51,7 @@ TEST(VaxNumbers, DecodeWorkedValues)
     const std::array<std::uint16_t, 4> words{0x5678, 0x1234, 0xFFFE, 0xFFFF};
     EXPECT_EQ(get_vax_long(words.data(), 0), 0x12345678);
     EXPECT_EQ(get_vax_long(words.data(), 2), -2);
+    EXPECT_EQ(std::bit_cast<std::uint32_t>(get_vax_float(words.data(), 1)), 0x1134FFFEU);
 }
 
 TEST(VaxNumbers, EncodeEveryExponentSoThatItDecodesAgain)
@@ -73,8 +74,8 @@ TEST(VaxNumbers, EncodeEveryExponentSoThatItDecodesAgain)
         sunftovaxf(words.data(), zero);
         EXPECT_EQ(words, (std::array<std::uint16_t, 2>{0, 0})) << zero;
     }
-    sunltovaxl(-2, words.data());
-    EXPECT_EQ(words, (std::array<std::uint16_t, 2>{0xFFFE, 0xFFFF}));
+    sunltovaxl(0x12345678, words.data());
+    EXPECT_EQ(words, (std::array<std::uint16_t, 2>{0x5678, 0x1234}));
 }
 
 TEST(VaxNumbers, PairsAreSwapped)
@@ -111,6 +112,8 @@ TEST(Blocks, AreReadOrEndTheProcess)
     EXPECT_TRUE(buffer.starts_with("second"));
     EXPECT_EQ(buffer.substr(512), std::string(512, 'x'));
     EXPECT_EQ(std::ftell(stream.get()), 0);
+    EXPECT_EQ(mat_read_matrix_data(stream.get(), 1, 2, buffer.data()), 0);
+    EXPECT_EQ(buffer, file.bytes);
 
     const auto sought = [](int block) {
         return "status 255: fseek error in mat_rblk (blkno " + std::to_string(block) +
@@ -125,9 +128,9 @@ TEST(Blocks, AreReadOrEndTheProcess)
         int count;
         std::string expected;
     } cases[] = {
-        {3, 1, cut("512", 0)},        {2, 2, cut("1024", 512)},   {1, -1, cut("-512", 0)},
-        {4194304, 1, cut("512", 0)},  {4194305, 1, sought(4194305)}, {0, 1, sought(0)},
-        {-1, 1, sought(-1)},          {INT_MIN, 1, sought(INT_MIN)}, {INT_MAX, 1, sought(INT_MAX)},
+        {3, 1, cut("512", 0)},       {2, 2, cut("1024", 512)},      {1, -1, cut("-512", 0)},
+        {4194304, 1, cut("512", 0)}, {4194305, 1, sought(4194305)}, {0, 1, sought(0)},
+        {-1, 1, sought(-1)},         {INT_MIN, 1, sought(INT_MIN)}, {INT_MAX, 1, sought(INT_MAX)},
         {8388609, 2, "status 77: "}, // the same bytes as block 1
         {3, 0, "status 77: "},
     };
@@ -152,18 +155,27 @@ TEST(Blocks, AreWrittenOrEndTheProcess)
     const FileHandle read_only(mat_open("w.v", "rb"));
     EXPECT_EQ(ending([&] { mat_wblk(read_only.get(), 1, block.data(), 1); }),
               "status 255: fwrite error in mat_wblk (512 expected, 0 written)...\n");
+    const FileHandle full(mat_open("/dev/full", "wb"));
+    EXPECT_EQ(ending([&] { mat_wblk(full.get(), 1, block.data(), 1); }),
+              "status 255: fwrite error in mat_wblk (512 expected, 0 written)...\n");
 }
 
-// A directory of blocks 2, 40 and 39. Matrices are told apart by their first block.
+// A directory of blocks 2, 40, 1 and 39, whose counts are wrong.
 static test::EcatFile chained_directory()
 {
     test::EcatFile file;
-    file.put32(2, 0, {29, 40, 0, 2, 11, 100, 0, 1, 0, 0, 0, 0, 12, 101, 0, 0});
-    file.put32(40, 0, {0, 39, 2, 31});
-    file.put32(40, 496, {13, 102, 0, -1}); // the 31st entry
-    file.put32(39, 0, {30, 2, 40, 1, 12, 103, 0, 1, -1, 104, 0, 1, 14, 105, 0, 1});
-    file.put32(3, 0, {31, 2, 0, 0, 15, 106, 0, 1}); // no link leads here
+    file.put32(2, 0, {29, 40, 0, 2, 11, 100, 200, 1, 0, 0, 0, 0, 12, 101, 201, 0});
+    file.put32(40, 0, {31, 1, 2, 0});
+    file.put32(40, 496, {13, 102, 202, -1}); // the 31st entry
+    file.put32(1, 0, {31, 39, 40, 0});
+    file.put32(39, 0, {30, 2, 1, 1, 12, 103, 203, 1, -1, 104, 204, 1, 14, 105, 205, 1});
+    file.put32(3, 0, {31, 2, 0, 0, 15, 106, 206, 1}); // no link leads here
     return file;
+}
+
+static std::array<std::int32_t, 4> words(const MatDirEntry &entry)
+{
+    return {entry.matrix_number, entry.first_block, entry.last_block, entry.status};
 }
 
 TEST(Directory, IsWalkedAlongItsLinks)
@@ -171,52 +183,69 @@ TEST(Directory, IsWalkedAlongItsLinks)
     const test::EmptyFolder folder;
     const FileHandle stream = open_file(chained_directory());
     DirectoryIndex index(stream.get());
-    // The first block of each, 0 where there is none. The index is asked for the chain's last first.
-    for (const auto &[number, first_block] :
-         {std::pair{14, 105}, {15, 0}, {-1, 104}, {11, 100}, {12, 101}, {13, 102}}) {
+    // The index is asked for the chain's last entry first.
+    const std::array<std::int32_t, 4> found[] = {{14, 105, 205, 1},
+                                                 {-1, 104, 204, 1},
+                                                 {11, 100, 200, 1},
+                                                 {12, 101, 201, 0},
+                                                 {13, 102, 202, -1}};
+    for (const auto &expected : found) {
+        const auto sought = static_cast<std::uint32_t>(expected[0]);
         MatDirEntry entry{};
-        const auto sought = static_cast<std::uint32_t>(number);
-        EXPECT_EQ(mat_lookup(stream.get(), sought, entry), first_block == 0 ? 0 : 1);
-        EXPECT_EQ(entry.first_block, first_block) << number;
-        const MatDirEntry *found = index.find(sought);
-        EXPECT_EQ(found == nullptr ? 0 : found->first_block, first_block) << number;
+        EXPECT_EQ(mat_lookup(stream.get(), sought, entry), 1);
+        EXPECT_EQ(words(entry), expected);
+        EXPECT_EQ(words(*index.find(sought)), expected);
     }
+    MatDirEntry entry{};
+    EXPECT_EQ(mat_lookup(stream.get(), 15, entry), 0);
+    EXPECT_EQ(index.find(15), nullptr);
 
     const MatDirList list = mat_read_dir(stream.get());
     EXPECT_EQ(list.used_entries, 6);
-    ASSERT_EQ(list.entries.size(), 93U);
-    EXPECT_EQ(list.entries[1].matrix_number, 0);
-    EXPECT_EQ(list.entries[61].status, -1);
-    EXPECT_EQ(list.entries[64].first_block, 105);
+    ASSERT_EQ(list.entries.size(), 124U);
+    EXPECT_EQ(words(list.entries[1]), words({}));
+    EXPECT_EQ(words(list.entries[61]), found[4]);
+    EXPECT_EQ(words(list.entries[95]), found[0]);
     std::array<MatDirEntry, 4> used{};
     EXPECT_EQ(mat_list(stream.get(), used), 6);
-    EXPECT_EQ(used[1].first_block, 101);
+    EXPECT_EQ(words(used[1]), found[3]);
+    EXPECT_EQ(words(used[2]), found[4]);
     EXPECT_EQ(used[3].first_block, 103);
 }
 
-TEST(Directory, ThatLoopsEndsAndOneThatLeadsOutOfTheFileIsAnError)
+TEST(Directory, EndsWhereItsLinksGoAstray)
 {
     const test::EmptyFolder folder;
-    for (const int next : {40, 39}) { // to itself, or in a circle of two
+    // What a link of block 39 to anything but block 2 leads to, for whoever looks beyond.
+    const std::string beyond = "status 255: fread error in mat_rblk (512 expected, 0 read)...\n";
+    const auto nowhere = [](const std::string &block) {
+        return "status 255: fseek error in mat_rblk (blkno " + block + ", nblks 1)...\n";
+    };
+    const struct {
+        std::int32_t link;
+        std::string expected;
+    } cases[] = {{39, "status 77: "},
+                 {40, "status 77: "},
+                 {1, "status 77: "}, // circles
+                 {41, beyond},
+                 {0, nowhere("0")},
+                 {-1, nowhere("-1")},
+                 {4194304, beyond},
+                 {4194305, nowhere("4194305")}};
+    for (const auto &row : cases) {
         test::EcatFile file = chained_directory();
-        file.put32(40, 4, {next});
-        file.put32(39, 4, {40});
+        file.put32(39, 4, {row.link});
         const FileHandle stream = open_file(file);
         MatDirEntry entry{};
-        EXPECT_EQ(mat_lookup(stream.get(), 13, entry), 1);
-        EXPECT_EQ(mat_lookup(stream.get(), 15, entry), 0);
-        EXPECT_EQ(DirectoryIndex(stream.get()).find(15), nullptr);
-        EXPECT_GT(mat_list(stream.get(), {}), 3);
+        EXPECT_EQ(mat_lookup(stream.get(), 14, entry), 1);
+        EXPECT_EQ(ending([&] { EXPECT_EQ(mat_lookup(stream.get(), 15, entry), 0); }), row.expected);
+        EXPECT_NE(DirectoryIndex(stream.get()).find(14), nullptr);
+        EXPECT_EQ(ending([&] { EXPECT_EQ(DirectoryIndex(stream.get()).find(15), nullptr); }),
+                  row.expected);
+        if (row.expected == "status 77: ") {
+            EXPECT_EQ(mat_list(stream.get(), {}), 6);
+        }
     }
-    test::EcatFile file = chained_directory();
-    file.put32(39, 4, {41});
-    const FileHandle stream = open_file(file);
-    const std::string beyond = "status 255: fread error in mat_rblk (512 expected, 0 read)...\n";
-    MatDirEntry entry{};
-    EXPECT_EQ(ending([&] { mat_lookup(stream.get(), 14, entry); }), "status 77: ");
-    EXPECT_EQ(ending([&] { mat_lookup(stream.get(), 15, entry); }), beyond);
-    EXPECT_EQ(ending([&] { DirectoryIndex(stream.get()).find(14); }), "status 77: ");
-    EXPECT_EQ(ending([&] { DirectoryIndex(stream.get()).find(15); }), beyond);
 }
 
 TEST(Directory, IsHeldByAnIndexAndReadAfreshByALookup)

@@ -1,5 +1,5 @@
-// Where the fields of the header blocks are. Since fields never overlap, the first and the last of
-// each run without gaps fix all between them.
+// Where the fields of the header blocks are. The records have the order of the blocks, and fields
+// never overlap: so the first and the last field of each run without gaps fix all between them.
 
 #include "ecat/headers.h"
 #include "prefs/file_handle.h"
@@ -10,6 +10,9 @@
 #include <algorithm>
 #include <bit>
 #include <string>
+#include <utility>
+#include <variant>
+#include <vector>
 
 using namespace velmorant;
 
@@ -24,24 +27,32 @@ static std::uint32_t word_at(int word)
     return byte_at(2 * word) + 256U * byte_at(2 * word + 1);
 }
 
-static void expect_at(int word, std::int16_t value)
+// A number that the words of the block from this one on are decoded to.
+static std::int32_t expected(int word, std::int16_t)
 {
-    EXPECT_EQ(static_cast<std::uint16_t>(value), word_at(word)) << "word " << word;
+    return static_cast<std::int16_t>(word_at(word));
 }
 
-static void expect_at(int word, std::int32_t value)
+static std::int32_t expected(int word, std::int32_t)
 {
-    EXPECT_EQ(static_cast<std::uint32_t>(value), word_at(word) + 65536U * word_at(word + 1))
-        << "word " << word;
+    return static_cast<std::int32_t>(word_at(word) + 65536U * word_at(word + 1));
 }
 
-static void expect_at(int word, float value)
+static float expected(int word, float)
 {
-    const std::uint32_t first = word_at(word);
-    const std::uint32_t exponent = (first / 128U - 2U) % 256U;
-    EXPECT_EQ(std::bit_cast<std::uint32_t>(value),
-              (first / 32768U << 31U) + (exponent << 23U) + first % 128U * 65536U + word_at(word + 1))
-        << "word " << word;
+    const std::uint32_t exponent = (word_at(word) / 128U - 2U) % 256U;
+    return std::bit_cast<float>((word_at(word) / 32768U << 31U) + (exponent << 23U) +
+                                word_at(word) % 128U * 65536U + word_at(word + 1));
+}
+
+using Number = std::variant<std::int16_t, std::int32_t, float>;
+
+static void expect_at(const std::vector<std::pair<int, Number>> &numbers)
+{
+    for (const auto &[first, number] : numbers) {
+        const int word = first;
+        std::visit([word](auto value) { EXPECT_EQ(value, expected(word, value)) << word; }, number);
+    }
 }
 
 template <std::size_t Width>
@@ -64,62 +75,68 @@ TEST(EcatHeaders, FieldsAreWhereTheyBelong)
     test::write_file("h.v", blocks);
     const FileHandle stream(mat_open("h.v", "rb"));
 
+    // clang-format off
     MatMainHeader main{};
     mat_read_main_header(stream.get(), main);
     expect_text(28, main.source_file_name);
     expect_text(223, main.patient_age);
-    expect_at(194, main.bed_offsets[0]);
-    expect_at(222, main.bed_offsets[14]);
+    expect_at({{194, main.bed_offsets[0]}, {222, main.bed_offsets[14]}});
     expect_text(462, main.user_process_code);
 
     MatImageSubheader image{};
     mat_read_image_subheader(stream.get(), 3, image);
-    expect_at(63, image.data_type);
-    expect_at(64, image.num_dimensions);
-    expect_at(66, image.x_dimension);
-    expect_at(67, image.y_dimension);
-    expect_at(80, image.x_origin);
-    expect_at(89, image.image_max);
-    expect_at(92, image.pixel_size);
-    expect_at(104, image.recon_duration);
-    expect_at(118, image.filter_code);
-    expect_at(123, image.attenuation_matrix_number);
-    expect_at(148, image.image_rotation);
-    expect_at(154, image.loss_correction_factor);
-    expect_at(188, image.processing_code);
-    expect_at(190, image.quantification_units);
+    expect_at({{63, image.data_type}, {64, image.num_dimensions}, {66, image.x_dimension},
+               {67, image.y_dimension}, {80, image.x_origin}, {89, image.image_max},
+               {92, image.pixel_size}, {104, image.recon_duration}, {118, image.filter_code},
+               {123, image.attenuation_matrix_number}, {148, image.image_rotation},
+               {154, image.loss_correction_factor}, {188, image.processing_code},
+               {190, image.quantification_units}});
     expect_text(420, image.annotation);
 
     MatScanSubheader scan{};
-    mat_read_scan_subheader(stream.get(), 3, scan);
-    expect_at(63, scan.data_type);
-    expect_at(66, scan.x_dimension);
-    expect_at(69, scan.processing_code);
-    expect_at(73, scan.sample_distance);
-    expect_at(83, scan.isotope_halflife);
-    expect_at(88, scan.r_wave_offset);
-    expect_at(91, scan.scale_factor);
-    expect_at(96, scan.scan_min);
-    expect_at(104, scan.net_trues);
-    expect_at(158, scan.corrected_singles[0]);
-    expect_at(232, scan.loss_correction_factor);
+    mat_read_scan_subheader(stream.get(), 1, scan);
+    expect_at({{63, scan.data_type}, {66, scan.x_dimension}, {69, scan.processing_code},
+               {73, scan.sample_distance}, {83, scan.isotope_halflife}, {88, scan.r_wave_offset},
+               {91, scan.scale_factor}, {96, scan.scan_min}, {104, scan.net_trues},
+               {158, scan.corrected_singles[0]}, {232, scan.loss_correction_factor}});
 
     MatAttnSubheader attn{};
     mat_read_attn_subheader(stream.get(), 3, attn);
-    expect_at(63, attn.data_type);
-    expect_at(64, attn.attenuation_type);
-    expect_at(66, attn.x_dimension);
-    expect_at(67, attn.y_dimension);
-    expect_at(91, attn.scale_factor);
-    expect_at(105, attn.sample_distance);
+    expect_at({{63, attn.data_type}, {64, attn.attenuation_type}, {66, attn.x_dimension},
+               {67, attn.y_dimension}, {91, attn.scale_factor}, {105, attn.sample_distance}});
 
     MatNormSubheader norm{};
-    mat_read_norm_subheader(stream.get(), 3, norm);
-    expect_at(63, norm.data_type);
-    expect_at(66, norm.x_dimension);
-    expect_at(67, norm.y_dimension);
-    expect_at(91, norm.scale_factor);
-    expect_at(99, norm.fov_source_width);
+    mat_read_norm_subheader(stream.get(), 1, norm);
+    expect_at({{63, norm.data_type}, {66, norm.x_dimension}, {67, norm.y_dimension},
+               {91, norm.scale_factor}, {99, norm.fov_source_width}});
+    // clang-format on
+}
+
+// Whether the rows fill every member of the record, one after the other; at most alignment is
+// between them.
+template <class Record, class... Types>
+static bool fill_in_order(const std::tuple<HeaderField<Types, Record>...> &table)
+{
+    Record record{};
+    const char *end = reinterpret_cast<const char *>(&record);
+    const auto follows = [&end](const auto &member) {
+        const std::ptrdiff_t gap = reinterpret_cast<const char *>(&member) - end;
+        end += gap + static_cast<std::ptrdiff_t>(sizeof(member));
+        return gap >= 0 && gap < 4;
+    };
+    const auto all_follow = [&](const HeaderField<Types, Record> &...fields) {
+        return (follows(record.*fields.member) && ...);
+    };
+    return std::apply(all_follow, table) && reinterpret_cast<const char *>(&record + 1) - end < 4;
+}
+
+TEST(EcatHeaders, RecordsAreFilledMemberByMember)
+{
+    EXPECT_TRUE(fill_in_order(MainHeaderFields));
+    EXPECT_TRUE(fill_in_order(ImageSubheaderFields));
+    EXPECT_TRUE(fill_in_order(ScanSubheaderFields));
+    EXPECT_TRUE(fill_in_order(AttnSubheaderFields));
+    EXPECT_TRUE(fill_in_order(NormSubheaderFields));
 }
 
 TEST(EcatHeaders, TextEndsAtItsFirstZeroByte)

@@ -32,7 +32,7 @@ TEST(EcatImage, HeaderIsMadeOfTheMainHeaderAndAllSubheaders)
     test::write_file("s.v", file.bytes);
     ImageHeader header{9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9};
     read_header("s.v", header, "CTI6");
-    const ImageHeader expected{2, 3, 1, 0, 1, 20, 13, 10 * 0.2F, 10 * 0.2F, 10 * 0.3375F,
+    const ImageHeader expected{2, 3, 1, 0, 1, 20, 26, 10 * 0.2F, 10 * 0.2F, 10 * 0.3375F,
                                9, 1, 1, 1, 0, 1,  9};
     EXPECT_EQ(test::fields(header), test::fields(expected));
 
@@ -40,17 +40,20 @@ TEST(EcatImage, HeaderIsMadeOfTheMainHeaderAndAllSubheaders)
     file.put32(2, 16 + 16 * 4, {0x01021009}); // another frame's number on bed 1, plane 2
     file.put16(test::small_ecat_block(2, 1, 1), 184, {0, 0});
     test::write_file("s.v", file.bytes);
-    EXPECT_EQ(ending(read_small_header),
-              "status 77: matrix (1,2,1,0,1) not found...\n" + Warning);
+    EXPECT_EQ(ending(read_small_header), "status 77: matrix (1,2,1,0,1) not found...\n" + Warning);
     EXPECT_EQ(read_small_header().x_dim, 20);
+
+    // Gates innermost.
+    file.put16(1, 380, {2});
+    test::write_file("s.v", file.bytes);
+    EXPECT_EQ(ending(read_small_header), "status 77: matrix (1,1,2,0,0) not found...\n" + Warning);
 
     // Without any matrix the dimensions are 0; what the main header says stays.
     file.put32(2, 0, std::vector<std::int64_t>(128, 2));
-    file.put16(1, 380, {2});
     test::write_file("s.v", file.bytes);
     header = read_small_header();
-    EXPECT_EQ(test::fields(header), test::fields({2, 3, 2, 0, 1, 0, 0, 0, 0, 10 * 0.3375F, 0, 1, 1, 1,
-                                                  0, 1, 0}));
+    EXPECT_EQ(test::fields(header),
+              test::fields({2, 3, 2, 0, 1, 0, 0, 0, 0, 10 * 0.3375F, 0, 1, 1, 1, 0, 1, 0}));
 }
 
 TEST(EcatImage, HeadersThatDoNotGoTogetherEndTheRun)
@@ -95,9 +98,9 @@ TEST(EcatImage, PlanesOfOneFrameAndBedAreRead)
     const test::EmptyFolder folder;
     test::EcatFile file = test::small_ecat_study();
     test::write_file("s.v", file.bytes);
-    EXPECT_EQ(read_with(read_image_planes_cti6, {1, 1, 1, 0, 1}, 780),
+    EXPECT_EQ(read_with(read_image_planes_cti6, {1, 1, 1, 0, 1}, 1560),
               test::small_ecat_planes(1, 1, 1));
-    EXPECT_EQ(read_with(read_image_planes_cti6, {2, 3, 1, 0, 0}, 260),
+    EXPECT_EQ(read_with(read_image_planes_cti6, {2, 3, 1, 0, 0}, 520),
               test::small_ecat_plane(2, 3, 0));
 
     const int block = test::small_ecat_block(2, 3, 0);
@@ -105,11 +108,12 @@ TEST(EcatImage, PlanesOfOneFrameAndBedAreRead)
     file.put(block + 1, 0, test::stored_integers({0x1234, -2}, 2, true));
     test::write_file("s.v", file.bytes);
     const std::vector<float> swapped =
-        read_with(read_image_planes_cti6_swap_byte_order, {2, 3, 1, 0, 0}, 260);
+        read_with(read_image_planes_cti6_swap_byte_order, {2, 3, 1, 0, 0}, 520);
     EXPECT_EQ(swapped[0], 4660.0F);
     EXPECT_EQ(swapped[1], -2.0F);
-    EXPECT_EQ(swapped[256], 0.0F);
-    EXPECT_EQ(swapped[259], 0.0F);
+    EXPECT_EQ(swapped[511], static_cast<float>(0x6302)); // 611 with its bytes swapped
+    EXPECT_EQ(swapped[512], 0.0F);
+    EXPECT_EQ(swapped[519], 0.0F);
 }
 
 TEST(EcatImage, ManyVolumesAreReadBedByBedWithinAFrame)
@@ -121,8 +125,8 @@ TEST(EcatImage, ManyVolumesAreReadBedByBedWithinAFrame)
         const std::vector<float> planes = test::small_ecat_planes(frame, 2, bed);
         expected.insert(expected.end(), planes.begin(), planes.end());
     }
-    EXPECT_EQ(read_with(read_image_matrix_cti6, {1, 2, 1, 0, 0}, 2080), expected);
-    EXPECT_EQ(read_with(read_image_matrix_cti6, {2, 2, 1, 0, 1}, 520),
+    EXPECT_EQ(read_with(read_image_matrix_cti6, {1, 2, 1, 0, 0}, 4160), expected);
+    EXPECT_EQ(read_with(read_image_matrix_cti6, {2, 2, 1, 0, 1}, 1040),
               test::small_ecat_planes(2, 2, 1));
 }
 
@@ -130,24 +134,26 @@ TEST(EcatImage, PlanesThatCanNotBeReadEndTheRun)
 {
     const test::EmptyFolder folder;
     test::EcatFile file = test::small_ecat_study();
-    file.put32(2, 16 + 16 * 2, {0}); // plane 3 of frame 1, bed 0
-    file.put32(2, 16 + 16 * 5 + 4, {26}); // bed 1's is taken to be the file's last block,
+    file.put32(2, 16 + 16 * 2, {0});             // plane 3 of frame 1, bed 0
+    file.put32(2, 16 + 16 * 5 + 4, {37});        // bed 1's begins at the file's last block but one,
     file.put32(2, 16 + 16 * 8 + 4, {INT32_MAX}); // frame 2's one that no file has
     test::write_file("s.v", file.bytes);
-    std::vector<float> pixels(3120);
-    const auto ending_of = [&](auto reader, const ImageMatrix &selector,
-                               const ImageHeader &header = {2, 3, 1, 0, 1, 20, 13, 2, 2, 3, 0, 1, 1,
-                                                            1, 0, 1, 1}) {
-        return ending([&] { reader("s.v", pixels.data(), header, selector); });
-    };
+    std::vector<float> pixels(6240);
+    const auto ending_of =
+        [&](auto reader, const ImageMatrix &selector,
+            const ImageHeader &header = {2, 3, 1, 0, 1, 20, 26, 2, 2, 3, 0, 1, 1, 1, 0, 1, 1}) {
+            return ending([&] { reader("s.v", pixels.data(), header, selector); });
+        };
     const std::string missing = "status 255: matrix (1,3,1,0,0) not found...";
     EXPECT_EQ(ending_of(read_image_planes_cti6, {1, 1, 1, 0, 0}), missing);
     EXPECT_EQ(ending_of(read_image_planes_cti6_swap_byte_order, {1, 1, 1, 0, 0}), missing);
     EXPECT_EQ(ending_of(read_image_matrix_cti6, {1, 1, 1, 0, 0}), missing + "\n");
-    EXPECT_EQ(ending_of(read_image_planes_cti6, {1, 1, 2, 3, 15}),
-              "status 255: matrix (1,1,2,3,15) not found...");
+    EXPECT_EQ(ending_of(read_image_planes_cti6, {1, 1, 2, 0, 0}),
+              "status 255: matrix (1,1,2,0,0) not found...");
+    EXPECT_EQ(ending_of(read_image_planes_cti6, {1, 1, 1, 3, 0}),
+              "status 255: matrix (1,1,1,3,0) not found...");
     EXPECT_EQ(ending_of(read_image_planes_cti6, {1, 1, 1, 0, 1}),
-              "status 255: fread error in mat_rblk (512 expected, 0 read)...\n");
+              "status 255: fread error in mat_rblk (1024 expected, 512 read)...\n");
     EXPECT_EQ(ending_of(read_image_planes_cti6, {2, 1, 1, 0, 0}),
               "status 255: fseek error in mat_rblk (blkno 2147483647, nblks 1)...\n");
     EXPECT_EQ(ending_of(read_image_planes_cti6, {1, 1, 1, 0, 0},

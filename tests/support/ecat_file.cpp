@@ -32,13 +32,13 @@ static int ordinal(int frame, int plane, int bed)
 
 int small_ecat_block(int frame, int plane, int bed)
 {
-    return 25 - 2 * ordinal(frame, plane, bed);
+    return 36 - 3 * ordinal(frame, plane, bed);
 }
 
 static std::vector<std::int64_t> stored_pixels(int frame, int plane, int bed)
 {
-    std::vector<std::int64_t> stored(256);
-    for (int i = 0; i < 256; ++i) {
+    std::vector<std::int64_t> stored(512);
+    for (int i = 0; i < 512; ++i) {
         stored[static_cast<std::size_t>(i)] = 100 * ordinal(frame, plane, bed) + i - 700;
     }
     return stored;
@@ -47,16 +47,17 @@ static std::vector<std::int64_t> stored_pixels(int frame, int plane, int bed)
 EcatFile small_ecat_study()
 {
     EcatFile file;
-    file.put16(1, 376, {3, 2, 0, 1});        // planes, frames, gates, beds after the first
-    file.put16(1, 448, {0x3FAC, 0xCCCD});    // plane separation 0.3375 cm
+    file.put16(1, 376, {3, 2, 0, 1});     // planes, frames, gates, beds after the first
+    file.put16(1, 448, {0x3FAC, 0xCCCD}); // plane separation 0.3375 cm
     std::vector<std::int64_t> directory{19, 2, 0, 12};
     for (int frame = 1; frame <= 2; ++frame) {
         for (int bed = 0; bed <= 1; ++bed) {
             for (int plane = 1; plane <= 3; ++plane) {
                 const int block = small_ecat_block(frame, plane, bed);
-                directory.insert(directory.end(), {0x01000000 + plane * 0x10000 + bed * 0x1000 + frame,
-                                                   block, block + 1, 1});
-                file.put16(block, 126, {4, 2, 0, 20, 13}); // the data type is not looked at
+                directory.insert(
+                    directory.end(),
+                    {0x01000000 + plane * 0x10000 + bed * 0x1000 + frame, block, block + 2, 1});
+                file.put16(block, 126, {4, 2, 0, 20, 26}); // the data type is not looked at
                 file.put16(block, 172, {0x4080 - plane * 0x80, 0}); // scale 0.5, 0.25 and 0.125
                 file.put16(block, 184, {0x3F4C, 0xCCCD});           // pixel size 0.2 cm
                 file.put16(block + 1, 0, stored_pixels(frame, plane, bed));
@@ -73,7 +74,7 @@ std::vector<float> small_ecat_plane(int frame, int plane, int bed)
     for (const std::int64_t stored : stored_pixels(frame, plane, bed)) {
         pixels.push_back(static_cast<float>(stored) / static_cast<float>(1 << plane));
     }
-    pixels.resize(260);
+    pixels.resize(520);
     return pixels;
 }
 

@@ -19,15 +19,15 @@ public:
     std::string bytes;
 };
 
-// A study of 2 frames at 2 bed positions, 3 planes of 20 x 13 pixels each. A plane has a block of
-// data, which is short of its last four pixels. Pixels of 2 mm, planes 3.375 mm apart.
+// A study of 2 frames at 2 bed positions, 3 planes of 20 x 26 pixels each. A plane has two blocks of
+// data, which are short of its last eight pixels. Pixels of 2 mm, planes 3.375 mm apart.
 EcatFile small_ecat_study();
 
 // Where the subheader of one of its planes is (frame and plane from 1, bed from 0): the file is
 // filled from its end.
 int small_ecat_block(int frame, int plane, int bed);
 
-// The 260 values of a plane, and of all planes from this one to the bed's last.
+// The 520 values of a plane, and of all planes from this one to the bed's last.
 std::vector<float> small_ecat_plane(int frame, int plane, int bed);
 std::vector<float> small_ecat_planes(int frame, int plane, int bed);
 
