@@ -1,6 +1,5 @@
 #include "ecat/directory.h"
 
-#include "ecat/blocks.h"
 #include "image/byte_order.h"
 
 #include <algorithm>
@@ -12,18 +11,11 @@ static DirectoryBlock read_directory_block(std::FILE *stream, std::int32_t block
 {
     std::array<std::uint8_t, BlockBytes> bytes{};
     mat_rblk(stream, block_number, bytes.data(), 1);
-    const std::uint8_t *next = bytes.data();
-    const auto take_word = [&next] {
-        const auto word = load_word<std::endian::little, std::uint32_t>(next);
-        next += sizeof(word);
-        return static_cast<std::int32_t>(word);
-    };
-    // Braces take the words in the order in which they are written here.
-    DirectoryBlock block{take_word(), take_word(), take_word(), take_word(), {}};
-    for (MatDirEntry &entry : block.entries) {
-        entry = {take_word(), take_word(), take_word(), take_word()};
+    std::array<std::uint32_t, BlockBytes / sizeof(std::uint32_t)> words{};
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        words[i] = load_word<std::endian::little, std::uint32_t>(&bytes[i * sizeof(words[i])]);
     }
-    return block;
+    return std::bit_cast<DirectoryBlock>(words);
 }
 
 DirectoryWalk::DirectoryWalk(std::FILE *open_stream) : stream(open_stream)

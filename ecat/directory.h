@@ -16,6 +16,8 @@
 // where it would come to a block for the second time: no walk takes more blocks than the file has. A
 // link to a block that can't be read ends the process as `mat_rblk` does.
 
+#include "ecat/blocks.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -44,6 +46,7 @@ struct DirectoryBlock {
     std::int32_t used_entries;
     std::array<MatDirEntry, DirectoryBlockEntries> entries;
 };
+static_assert(sizeof(DirectoryBlock) == BlockBytes, "word for word as in the file");
 
 // Follows the chain of a directory, reading a block at a time.
 class DirectoryWalk
@@ -61,8 +64,8 @@ private:
     bool ended = false;
 };
 
-// Finds the first entry, in the order of the chain, with this matrix number. Returns 1, and fills
-// `entry`, or 0 where there is none. Reads the chain afresh each time; whoever looks up many
+// Finds the first entry, in the order of the chain, with this matrix number (that of an empty entry,
+// 0, included). Returns 1, and fills `entry`, or 0 where there is none. Reads the chain afresh each time; whoever looks up many
 // matrices takes a `DirectoryIndex` (ecat/directory_index.h).
 std::int32_t mat_lookup(std::FILE *stream, std::uint32_t matrix_number, MatDirEntry &entry);
 

@@ -183,7 +183,7 @@ static std::int32_t read_planes(const char *file_name, float *pixels, const Imag
     const Block<std::int16_t> stored(allocate_short_int_zero(size, "in-plane buffer"));
     OpenStudy study(file_name);
     ImageMatrix matrix = first;
-    // 64-bit, because a last number may be the highest there is.
+    // 64-bit, because the last frame, bed or plane may be the highest number of 32 bits.
     for (std::int64_t frame = first.frame; frame <= last_frame; ++frame) {
         for (std::int64_t bed = first.bed; bed <= last_bed; ++bed) {
             for (std::int64_t plane = first.plane; plane <= header.num_slices; ++plane) {

@@ -7,9 +7,8 @@
 // precision, with the scale_factor of the plane's own subheader. Planes are taken in the order and
 // the orientation in which they are stored; nothing is flipped.
 //
-// What all end with:
-//   status 0   "can't open " and the file's name
-//   status -1  a block that can't be read, as `mat_rblk` says
+// All report "can't open " and the file's name as fatal, and end the process with status -1 where a
+// block can't be read, as `mat_rblk` says.
 
 #include "image/image_header.h"
 
@@ -23,14 +22,18 @@ namespace velmorant
 //   num_gates                      as in the main header, 0 becoming 1
 //   num_data                       0
 //   num_beds                       the main header's num_bed_positions
-//   x_dim, y_dim, pixel_size_x, _y as in the matrix visited last, or 0; mm
+//   x_dim, y_dim                   as in the matrix visited last, or 0
+//   pixel_size_x, pixel_size_y     the pixel_size of that matrix in mm, or 0
 //   slice_thickness                the main header's plane_separation in mm
 //   the three orientation flags    1
 //   data_offset, byte_order        0 and 1
 //
-// pixel_scaling and data_format stay as they are. At the first matrix that the directory lacks,
-// three lines of warning are printed and the visit ends; if that is the very first, the dimensions
-// are 0. Returns the result of closing the file.
+// pixel_scaling and data_format stay as they are. The visit ends at the first matrix that the
+// directory lacks, which is no error, with these lines (frame, plane, gate, data, bed):
+//   matrix (1,30,1,0,0) not found...
+//   CHECK A POSSIBLE PROBLEM IN THE MAIN HEADER...
+//   THE PROGRAM MAY FAIL IN THE FURTHER PROCESSING...
+// Returns the result of closing the file.
 //
 // Reports as fatal: "illegal pixel size in the subheader" (0 or less); "inconsistent pixel size
 // among frames" where it is not the previous matrix's; "illegal dimensions" (below 1); "inconsisten
@@ -43,8 +46,8 @@ std::int32_t read_header_cti6(const char *file_name, ImageHeader &header);
 // are taken to be of the header's size. A plane has x_dim * y_dim / 256 data blocks, truncated;
 // pixels beyond them are 0. Returns the result of closing the file.
 //
-// A plane that the directory lacks ends the process with status -1 and the line, without a line
-// break, "matrix (1,12,1,0,0) not found..." (frame, plane, gate, data, bed). Dimensions that can't
+// A plane that the directory lacks ends the process with status -1 and the first of the lines above,
+// without a line break. Dimensions that can't
 // be held are reported as `checked_plane_size` does.
 std::int32_t read_image_planes_cti6(const char *file_name, float *pixels, const ImageHeader &header,
                                     const ImageMatrix &selector);

@@ -6,10 +6,12 @@
 namespace velmorant
 {
 
-// The exponent's seven high bits: one more or less there is two more or less of the exponent.
+// The exponent's seven high bits in the first word, and what one less or more of them is, modulo
+// 128: two less or more of the exponent.
 static constexpr std::uint32_t HighExponent = 0x7F00;
+static constexpr std::uint32_t TwoLess = 0x7F00;
+static constexpr std::uint32_t TwoMore = 0x0100;
 
-// Adds to the exponent's high bits of the first (high) word, modulo 128.
 static std::uint32_t add_to_exponent(std::uint32_t word, std::uint32_t addend)
 {
     return (((word & HighExponent) + addend) & HighExponent) | (word & ~HighExponent);
@@ -22,7 +24,7 @@ float get_vax_float(const std::uint16_t *words, std::size_t index)
     if (first == 0 && second == 0) {
         return 0.0F;
     }
-    return std::bit_cast<float>((add_to_exponent(first, 0x7F00) << 16U) | second);
+    return std::bit_cast<float>((add_to_exponent(first, TwoLess) << 16U) | second);
 }
 
 std::int32_t get_vax_long(const std::uint16_t *words, std::size_t index)
@@ -39,7 +41,7 @@ void sunftovaxf(std::uint16_t *destination, float value)
         return;
     }
     const auto bits = std::bit_cast<std::uint32_t>(value);
-    destination[0] = static_cast<std::uint16_t>(add_to_exponent(bits >> 16U, 0x0100));
+    destination[0] = static_cast<std::uint16_t>(add_to_exponent(bits >> 16U, TwoMore));
     destination[1] = static_cast<std::uint16_t>(bits);
 }
 
