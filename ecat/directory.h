@@ -13,8 +13,8 @@
 //   4-127   31 entries of 4 words each, in the order of `MatDirEntry`
 //
 // Nothing relies on the counts. A damaged chain, whose links run in a circle without block 2, ends
-// where it would come to a block for the second time: no walk takes more blocks than the file has. A
-// link to a block that can't be read ends the process as `mat_rblk` does.
+// where it would come to a block number for the second time, so that every walk ends. A link to a
+// block that can't be read ends the process as `mat_rblk` does.
 
 #include "ecat/blocks.h"
 
@@ -65,8 +65,8 @@ private:
 };
 
 // Finds the first entry, in the order of the chain, with this matrix number (that of an empty entry,
-// 0, included). Returns 1, and fills `entry`, or 0 where there is none. Reads the chain afresh each time; whoever looks up many
-// matrices takes a `DirectoryIndex` (ecat/directory_index.h).
+// 0, included). Returns 1, and fills `entry`, or 0 where there is none. Reads the chain afresh each
+// time; whoever looks up many matrices takes a `DirectoryIndex` (ecat/directory_index.h).
 std::int32_t mat_lookup(std::FILE *stream, std::uint32_t matrix_number, MatDirEntry &entry);
 
 // A directory in memory.
@@ -75,6 +75,7 @@ struct MatDirList {
     std::vector<MatDirEntry> entries; // block by block, 31 each, empty ones included
 };
 
+// Reads the whole directory.
 MatDirList mat_read_dir(std::FILE *stream);
 
 // Copies the used entries (matrix number other than 0), in the order of the chain, as far as there

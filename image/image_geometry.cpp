@@ -18,21 +18,22 @@ std::size_t image_size(const ImageHeader &header)
 
 static constexpr std::int64_t MostPixels = std::numeric_limits<std::int32_t>::max();
 
+static std::int64_t plane_pixels(const ImageHeader &header)
+{
+    return std::int64_t{header.x_dim} * header.y_dim;
+}
+
 // Whether a plane can be held: no negative dimension, and a pixel count within 32 bits.
 static bool is_legal_plane(const ImageHeader &header)
 {
-    return header.x_dim >= 0 && header.y_dim >= 0 &&
-           std::int64_t{header.x_dim} * header.y_dim <= MostPixels;
+    return header.x_dim >= 0 && header.y_dim >= 0 && plane_pixels(header) <= MostPixels;
 }
 
 // The same for a volume.
 static bool is_legal(const ImageHeader &header)
 {
-    if (!is_legal_plane(header) || header.num_slices < 0) {
-        return false;
-    }
-    const std::int64_t plane = std::int64_t{header.x_dim} * header.y_dim;
-    return plane * header.num_slices <= MostPixels;
+    return is_legal_plane(header) && header.num_slices >= 0 &&
+           plane_pixels(header) * header.num_slices <= MostPixels;
 }
 
 static std::string dimensions(const ImageHeader &header)
@@ -59,7 +60,7 @@ std::int32_t checked_plane_size(const ImageHeader &header)
     if (!is_legal_plane(header)) {
         report_dimensions(header);
     }
-    return header.x_dim * header.y_dim;
+    return static_cast<std::int32_t>(plane_pixels(header));
 }
 
 std::size_t checked_volume_count(const ImageHeader &header)

@@ -41,8 +41,9 @@ TEST(VaxNumbers, DecodeWorkedValues)
         {{0x3F4C, 0xCCCD}, 0x3E4CCCCD}, // 0.2
         {{0x0000, 0x0000}, 0x00000000}, // 0
         {{0x0000, 0x0001}, 0x7F000001}, // exponent 0 becomes a huge number,
-        {{0x8000, 0x0000}, 0xFF000000}, {{0x0080, 0x0000}, 0x7F800000}, // exponent 1 infinity
-        {{0x0080, 0x0001}, 0x7F800001},                                 // or NaN,
+        {{0x8000, 0x0000}, 0xFF000000}, // or one with a sign,
+        {{0x0080, 0x0000}, 0x7F800000}, // exponent 1 infinity
+        {{0x0080, 0x0001}, 0x7F800001}, // or NaN,
         {{0x0100, 0x0001}, 0x00000001}, // and exponent 2 a denormal number
     };
     for (const auto &row : cases) {

@@ -8,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <bit>
 #include <string>
 #include <utility>
 #include <variant>
@@ -17,14 +16,14 @@
 using namespace velmorant;
 
 // Byte i of each block; none is 0.
-static std::uint32_t byte_at(int i)
+static int byte_at(int i)
 {
-    return 1U + static_cast<std::uint32_t>(i) % 251U;
+    return 1 + i % 251;
 }
 
-static std::uint32_t word_at(int word)
+static std::uint16_t word_at(int word)
 {
-    return byte_at(2 * word) + 256U * byte_at(2 * word + 1);
+    return static_cast<std::uint16_t>(byte_at(2 * word) + 256 * byte_at(2 * word + 1));
 }
 
 // A number that the words of the block from this one on are decoded to.
@@ -35,14 +34,12 @@ static std::int32_t expected(int word, std::int16_t)
 
 static std::int32_t expected(int word, std::int32_t)
 {
-    return static_cast<std::int32_t>(word_at(word) + 65536U * word_at(word + 1));
+    return get_vax_long(std::array{word_at(word), word_at(word + 1)}.data(), 0);
 }
 
 static float expected(int word, float)
 {
-    const std::uint32_t exponent = (word_at(word) / 128U - 2U) % 256U;
-    return std::bit_cast<float>((word_at(word) / 32768U << 31U) + (exponent << 23U) +
-                                word_at(word) % 128U * 65536U + word_at(word + 1));
+    return get_vax_float(std::array{word_at(word), word_at(word + 1)}.data(), 0);
 }
 
 using Number = std::variant<std::int16_t, std::int32_t, float>;

@@ -71,6 +71,10 @@ TEST(ImageHeader, GeometriesThatCanNotBeHeldEndTheRun)
     EXPECT_EQ(report(65536, 65536, 1), illegal + "65536 x 65536 x 1\n");
     EXPECT_EQ(report(INT_MAX, 1, 2), illegal + "2147483647 x 1 x 2\n");
     ImageHeader header = Distinct;
+    header.x_dim = header.y_dim = 65536;
+    header.num_slices = 0;
+    EXPECT_EQ(ending([&] { checked_plane_size(header); }), illegal + "65536 x 65536 x 0\n");
+    header = Distinct;
     header.num_beds = INT_MAX;
     EXPECT_EQ(ending([&] { checked_volume_count(header); }),
               "status 0: illegal number of frames and beds: 101 and 2147483647\n");

@@ -68,22 +68,14 @@ EcatFile small_ecat_study()
     return file;
 }
 
-std::vector<float> small_ecat_plane(int frame, int plane, int bed)
-{
-    std::vector<float> pixels;
-    for (const std::int64_t stored : stored_pixels(frame, plane, bed)) {
-        pixels.push_back(static_cast<float>(stored) / static_cast<float>(1 << plane));
-    }
-    pixels.resize(520);
-    return pixels;
-}
-
 std::vector<float> small_ecat_planes(int frame, int plane, int bed)
 {
     std::vector<float> pixels;
     for (; plane <= 3; ++plane) {
-        const std::vector<float> added = small_ecat_plane(frame, plane, bed);
-        pixels.insert(pixels.end(), added.begin(), added.end());
+        for (const std::int64_t stored : stored_pixels(frame, plane, bed)) {
+            pixels.push_back(static_cast<float>(stored) / static_cast<float>(1 << plane));
+        }
+        pixels.resize(pixels.size() + 8);
     }
     return pixels;
 }

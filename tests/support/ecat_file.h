@@ -27,8 +27,7 @@ EcatFile small_ecat_study();
 // filled from its end.
 int small_ecat_block(int frame, int plane, int bed);
 
-// The 520 values of a plane, and of all planes from this one to the bed's last.
-std::vector<float> small_ecat_plane(int frame, int plane, int bed);
+// The values of the planes, 520 each, from this one to the bed's last.
 std::vector<float> small_ecat_planes(int frame, int plane, int bed);
 
 } // namespace test
