@@ -2,6 +2,7 @@
 #include "image/image_geometry.h"
 
 #include "image/byte_order.h"
+#include "image/cutoff.h"
 #include "image/file_piece.h"
 #include "image/flip_image.h"
 #include "image/raw_header.h"
@@ -19,31 +20,34 @@ namespace velmorant
 namespace
 {
 
+// What happens to a value that overflows, beside being counted.
+enum class Overflow { Listed, Silent };
+
 // What becomes of pixels on their way into a file.
 struct Encoding {
     StoredType type;
     ShortScaling scaling;
-    float threshold;
-    float replacement;
+    Cutoff cutoff;
+    Overflow overflow;
 };
 
 } // namespace
-
-static float replace_below(float threshold, float replacement, float pixel)
-{
-    return threshold > pixel ? replacement : pixel;
-}
 
 template <std::endian Order>
 static void encode_floats(std::span<const float> pixels, const Encoding &encoding,
                           std::uint8_t *bytes)
 {
-    const float threshold = encoding.threshold;
-    const float replacement = encoding.replacement;
+    const Cutoff cutoff = encoding.cutoff;
     for (std::size_t i = 0; i < pixels.size(); ++i) {
-        const float value = replace_below(threshold, replacement, pixels[i]);
+        const float value = apply_cutoff(cutoff, pixels[i]);
         store_word<Order>(bytes + i * sizeof(float), std::bit_cast<std::uint32_t>(value));
     }
+}
+
+static void list_overflow(float value, const Encoding &encoding, std::int32_t quantised)
+{
+    std::printf("sval %f; fval %f; quant %f\n", static_cast<double>(value),
+                static_cast<double>(encoding.scaling.stated), static_cast<double>(quantised));
 }
 
 // Returns whether a value overflowed.
@@ -53,12 +57,12 @@ static bool encode_shorts(std::span<const float> pixels, const Encoding &encodin
 {
     bool overflow = false;
     for (std::size_t i = 0; i < pixels.size(); ++i) {
-        const float value = replace_below(encoding.threshold, encoding.replacement, pixels[i]);
+        const float value = apply_cutoff(encoding.cutoff, pixels[i]);
         StoredShort stored = quantise(value, encoding.scaling.step);
         if (stored.overflow) {
-            std::printf("sval %f; fval %f; quant %f\n", static_cast<double>(value),
-                        static_cast<double>(encoding.scaling.stated),
-                        static_cast<double>(stored.quantised));
+            if (encoding.overflow == Overflow::Listed) {
+                list_overflow(value, encoding, stored.quantised);
+            }
             stored.quantised = 0;
             overflow = true;
         }
@@ -78,10 +82,13 @@ static bool encode(std::span<const float> pixels, const Encoding &encoding, std:
     return encode_shorts<Order>(pixels, encoding, bytes);
 }
 
-static void write_zeros(std::FILE *file, std::int32_t count)
+// Writes `count` zero bytes, in pieces. zeros: PieceBytes of them.
+static void write_zeros(std::FILE *file, std::int32_t count, const unsigned char *zeros)
 {
-    for (std::int32_t i = 0; i < count; ++i) {
-        std::putc(0, file);
+    while (count > 0) {
+        const std::int32_t piece = std::min(count, PieceBytes);
+        std::fwrite(zeros, 1, static_cast<std::size_t>(piece), file);
+        count -= piece;
     }
 }
 
@@ -91,9 +98,12 @@ static void write_data(const char *image_name, std::span<const float> pixels,
                        const ImageHeader &header, const Encoding &encoding)
 {
     FileHandle file = open_or_report(image_name, "wb");
-    write_zeros(file.get(), header.data_offset);
-    const std::size_t element_bytes = encoding.type == StoredType::Float ? 4 : 2;
     const Block<unsigned char> bytes = allocate_file_piece();
+    write_zeros(file.get(), header.data_offset, bytes.get());
+    if (!pixels.empty()) {
+        check_byte_order(header);
+    }
+    const std::size_t element_bytes = encoding.type == StoredType::Float ? 4 : 2;
     bool overflow = false;
     while (!pixels.empty()) {
         const auto piece =
@@ -110,43 +120,56 @@ static void write_data(const char *image_name, std::span<const float> pixels,
     }
 }
 
+// The pixels of all volumes of `extent`.
+static std::span<float> volumes_in(float *buffer, const ImageHeader &extent)
+{
+    return {buffer, checked_volume_count(extent) * checked_image_size(extent)};
+}
+
+// Writes the data file from pixels in the standard orientation.
+static void write_turned_data(const char *image_name, std::span<float> pixels,
+                              const ImageHeader &extent, const Encoding &encoding)
+{
+    const auto turn = [&] {
+        flip_image_multiframe(pixels.data(), extent, extent.right_on_left,
+                              extent.anterior_to_posterior, extent.superior_to_inferior);
+    };
+    turn();
+    write_data(image_name, pixels, extent, encoding);
+    turn();
+}
+
 // Writes both files of an image. stated: what the text header says, but for the scaling. extent:
 // the header that tells how many volumes the buffer holds, and the offset of the data.
 static void write_files(const char *image_name, float *buffer, ImageHeader stated,
                         const ImageHeader &extent, const Encoding &encoding)
 {
-    const std::size_t size = checked_volume_count(extent) * checked_image_size(extent);
+    const std::span<float> pixels = volumes_in(buffer, extent);
     stated.pixel_scaling = encoding.scaling.stated;
     write_text_header(image_name, stated, encoding.type, HeaderEnd::BeforeData);
-
-    const auto turn = [&] {
-        flip_image_multiframe(buffer, extent, extent.right_on_left, extent.anterior_to_posterior,
-                              extent.superior_to_inferior);
-    };
-    turn();
-    write_data(image_name, {buffer, size}, extent, encoding);
-    turn();
+    write_turned_data(image_name, pixels, extent, encoding);
 }
 
-static Encoding float_encoding(float threshold, float replacement)
+static Encoding float_encoding(const Cutoff &cutoff)
 {
     return {.type = StoredType::Float,
             .scaling = {.step = 1.0F, .stated = 32700.0F},
-            .threshold = threshold,
-            .replacement = replacement};
+            .cutoff = cutoff,
+            .overflow = Overflow::Listed};
 }
 
 // The encoding of all volumes of `extent` as signed 16-bit integers, scaled by their common
 // extreme.
 static Encoding short_encoding(const float *buffer, const ImageHeader &extent,
-                               const FormatSetting &settings, float threshold, float replacement)
+                               const FormatSetting &settings, const Cutoff &cutoff)
 {
     const std::size_t volumes = checked_volume_count(extent);
-    const float extreme = find_pix_max(buffer, checked_image_size(extent), volumes, threshold);
+    const float extreme =
+        find_pix_max(buffer, checked_image_size(extent), volumes, cutoff.threshold);
     return {.type = StoredType::SignedShort,
             .scaling = choose_short_scaling(extreme, settings.quantisation),
-            .threshold = threshold,
-            .replacement = replacement};
+            .cutoff = cutoff,
+            .overflow = Overflow::Listed};
 }
 
 // The same image with a single frame and bed.
@@ -174,13 +197,13 @@ void write_image_header_binary(const char *image_name, const float *buffer,
                                float threshold)
 {
     write_header_only(image_name, header,
-                      short_encoding(buffer, one_volume(header), settings, threshold, 0.0F));
+                      short_encoding(buffer, one_volume(header), settings, {threshold, 0.0F}));
 }
 
 void write_image_header_binary_float(const char *image_name, const float * /*buffer*/,
                                      const ImageHeader &header, const FormatSetting & /*settings*/)
 {
-    write_header_only(image_name, header, float_encoding(0.0F, 0.0F));
+    write_header_only(image_name, header, float_encoding({}));
 }
 
 void write_image_matrix_binary(const char *image_name, float *buffer, const ImageHeader &header,
@@ -188,7 +211,7 @@ void write_image_matrix_binary(const char *image_name, float *buffer, const Imag
 {
     const ImageHeader extent = one_volume(header);
     write_files(image_name, buffer, header, extent,
-                short_encoding(buffer, extent, settings, threshold, replacement));
+                short_encoding(buffer, extent, settings, {threshold, replacement}));
 }
 
 void write_image_matrix_binary_float(const char *image_name, float *buffer,
@@ -196,7 +219,7 @@ void write_image_matrix_binary_float(const char *image_name, float *buffer,
                                      float threshold, float replacement)
 {
     write_files(image_name, buffer, header, one_volume(header),
-                float_encoding(threshold, replacement));
+                float_encoding({threshold, replacement}));
 }
 
 void write_image_matrix_binary_multiple(const char *image_name, float *buffer,
@@ -204,7 +227,7 @@ void write_image_matrix_binary_multiple(const char *image_name, float *buffer,
                                         float threshold, float replacement)
 {
     write_files(image_name, buffer, without_offset(header), header,
-                short_encoding(buffer, header, settings, threshold, replacement));
+                short_encoding(buffer, header, settings, {threshold, replacement}));
 }
 
 void write_image_matrix_binary_multiple_float(const char *image_name, float *buffer,
@@ -213,7 +236,28 @@ void write_image_matrix_binary_multiple_float(const char *image_name, float *buf
                                               float replacement)
 {
     write_files(image_name, buffer, without_offset(header), header,
-                float_encoding(threshold, replacement));
+                float_encoding({threshold, replacement}));
+}
+
+float write_image_matrix_wo_header_binary(const char *image_name, float *buffer,
+                                          const ImageHeader &header, const FormatSetting &settings,
+                                          float threshold, float replacement)
+{
+    const ImageHeader extent = one_volume(header);
+    Encoding encoding = short_encoding(buffer, extent, settings, {threshold, replacement});
+    encoding.overflow = Overflow::Silent;
+    write_turned_data(image_name, volumes_in(buffer, extent), extent, encoding);
+    return encoding.scaling.step;
+}
+
+void write_image_matrix_wo_header_binary_float(const char *image_name, float *buffer,
+                                               const ImageHeader &header,
+                                               const FormatSetting & /*settings*/, float threshold,
+                                               float replacement)
+{
+    const ImageHeader extent = one_volume(header);
+    write_turned_data(image_name, volumes_in(buffer, extent), extent,
+                      float_encoding({threshold, replacement}));
 }
 
 } // namespace velmorant

@@ -10,7 +10,8 @@
 //                data), and the numbers that the text header states. Of those, data_format is
 //                stated as it stands: the caller sets it to what the writer stores, 1 or 3.
 //   settings     the 16-bit writers look at the quantisation; nothing looks at the keyword.
-//   threshold, replacement   a pixel below the threshold is written as the replacement.
+//   threshold, replacement   a pixel below the threshold is written as the replacement, see
+//                `apply_cutoff`.
 //
 // The writers named ..._float store single-precision floats and state a scaling of 32700. The
 // others store signed 16-bit integers and state the scaling that `choose_short_scaling` finds for
@@ -22,19 +23,11 @@
 // of `header_file_name`, `check_byte_order`, `checked_image_size`, `checked_volume_count` and
 // `flip_image`.
 
+#include "image/format_setting.h"
 #include "image/image_header.h"
-
-#include <array>
 
 namespace velmorant
 {
-
-// The output format as the caller sets it: a format keyword, and how many 16-bit units stand for
-// 1.0 (0: the buffer's own extreme becomes 32700).
-struct FormatSetting {
-    std::array<char, 256> keyword;
-    float quantisation;
-};
 
 // The text header alone. Its 16-bit scaling is that of the one volume in `buffer`; the float form
 // does not look at the buffer.
@@ -61,5 +54,16 @@ void write_image_matrix_binary_multiple_float(const char *image_name, float *buf
                                               const ImageHeader &header,
                                               const FormatSetting &settings, float threshold,
                                               float replacement);
+
+// The data file of one volume, without a text header: one that is there already stays as it is. The
+// scaling is nowhere stated, so that the 16-bit writer returns its step, the real value of one
+// stored unit, for the caller to keep. It counts an overflow without the line for each.
+float write_image_matrix_wo_header_binary(const char *image_name, float *buffer,
+                                          const ImageHeader &header, const FormatSetting &settings,
+                                          float threshold, float replacement);
+void write_image_matrix_wo_header_binary_float(const char *image_name, float *buffer,
+                                               const ImageHeader &header,
+                                               const FormatSetting &settings, float threshold,
+                                               float replacement);
 
 } // namespace velmorant

@@ -42,8 +42,7 @@ StoredShort quantise(float value, float step)
     const double rounded = value >= 0.0F ? quotient + 0.5 : quotient - 0.5;
     const std::int32_t quantised = truncate_to_int32(rounded);
     const std::uint32_t low_bits = (static_cast<std::uint32_t>(quantised) + 32700U) & 0xFFFFU;
-    const bool no_integer = rounded >= 2147483648.0 || rounded <= -2147483649.0;
-    return {.quantised = quantised, .overflow = low_bits > 65400U || no_integer};
+    return {.quantised = quantised, .overflow = low_bits > 65400U || exceeds_int32(rounded)};
 }
 
 } // namespace velmorant

@@ -41,4 +41,22 @@ constexpr std::int32_t truncate_to_int32(double value)
     return static_cast<std::int32_t>(value);
 }
 
+// Whether a value is one that no 32-bit integer can hold, fraction aside. NaN is none.
+constexpr bool exceeds_int32(double value)
+{
+    return value >= 2147483648.0 || value <= -2147483649.0;
+}
+
+// The low 16 bits of an integer, as a signed number: what a 16-bit field of a file keeps of it.
+constexpr std::int16_t wrap_to_int16(std::int32_t value)
+{
+    return static_cast<std::int16_t>(value);
+}
+
+// The sum modulo 2^32, as a signed number.
+constexpr std::int32_t wrap_add(std::int32_t a, std::int32_t b)
+{
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
+}
+
 } // namespace velmorant

@@ -216,6 +216,48 @@ TEST(RawWriter, WholeFilesShareOneScalingAndStateNoOffset)
               std::string(2, '\0') + test::stored_floats({1, 100, 0, 1000, 0, 0, 0, 500}, false));
 }
 
+TEST(RawWriter, BareDataComeWithoutATextHeaderAndTellTheirStep)
+{
+    const test::EmptyFolder folder;
+    test::write_file("s.hdr", "as it was");
+    ImageHeader header = header_of(2, 1);
+    header.num_slices = 2;
+    header.num_frames = 3; // one volume is scaled and written all the same
+    header.data_offset = 300000;
+    header.anterior_to_posterior = header.superior_to_inferior = 0;
+    const std::string offset(300000, '\0');
+    std::vector<float> pixels{8.0F, -16.0F, 0.5F, 4.0F, 1e9F};
+    EXPECT_EQ(
+        write_image_matrix_wo_header_binary("s.img", pixels.data(), header, ToExtreme, -8.0F, 2.0F),
+        8.0F / 32700.0F);
+    EXPECT_EQ(test::read_file("s.img"),
+              offset + test::stored_integers({2044, 16350, 32700, 8175}, 2, true));
+
+    // Overflows are counted without a line for each.
+    const FormatSetting many{.keyword = {}, .quantisation = 4096.0F};
+    EXPECT_EQ(ending([&] {
+                  EXPECT_EQ(write_image_matrix_wo_header_binary("s.img", pixels.data(), header,
+                                                                many, -99.0F, 0.0F),
+                            1.0F / 4096.0F);
+                  EXPECT_EQ(pixels, (std::vector<float>{8.0F, -16.0F, 0.5F, 4.0F, 1e9F}));
+              }),
+              "status 77: *** overflow pixel values (Signed Short Integers) set to 0 ***\n");
+    EXPECT_EQ(test::read_file("s.img"),
+              offset + test::stored_integers({2048, 16384, 0, 0}, 2, true));
+
+    write_image_matrix_wo_header_binary_float("s.img", pixels.data(), header, many, -8.0F, 2.0F);
+    EXPECT_EQ(test::read_file("s.img"),
+              offset + test::stored_floats({0.5F, 4.0F, 8.0F, 2.0F}, true));
+    EXPECT_EQ(test::read_file("s.hdr"), "as it was");
+
+    header.byte_order = 2;
+    EXPECT_EQ(ending([&] {
+                  write_image_matrix_wo_header_binary("s.img", pixels.data(), header, many, 0, 0);
+              }),
+              "status 0: unspecified byte order in the header\n");
+    EXPECT_EQ(test::read_file("s.img"), offset);
+}
+
 TEST(RawWriter, WhatCanNotBeWrittenIsReported)
 {
     const test::EmptyFolder folder;
