@@ -4,6 +4,7 @@
 // the block and its member in the record that is the block's meaning in memory.
 
 #include "ecat/blocks.h"
+#include "ecat/byte_copy.h"
 #include "ecat/vax_numbers.h"
 #include "image/byte_order.h"
 
@@ -16,8 +17,8 @@
 namespace velmorant
 {
 
-// The types of fields. Each has the number of its bytes in the file, its `Value` in a record, and
-// `load`, which makes the value of the bytes.
+// The types of fields. Each has the number of its bytes in the file, its `Value` in a record,
+// `load`, which makes the value of the bytes, and `store`, which makes the bytes of the value.
 
 struct Char {
     using Value = char;
@@ -27,10 +28,16 @@ struct Char {
     {
         return static_cast<char>(*bytes);
     }
+
+    static void store(std::uint8_t *bytes, Value value)
+    {
+        *bytes = static_cast<std::uint8_t>(value);
+    }
 };
 
 // Text that ends at its first zero byte; a field without one is text to its end, in the record as
-// well. What follows a zero byte is zero in the record.
+// well. What follows a zero byte is zero in a record that was read. A record is written byte for
+// byte, whatever follows.
 template <std::size_t Width>
 struct Chars {
     using Value = std::array<char, Width>;
@@ -42,6 +49,11 @@ struct Chars {
         std::copy(bytes, std::find(bytes, bytes + Width, 0), text.begin());
         return text;
     }
+
+    static void store(std::uint8_t *bytes, const Value &text)
+    {
+        btcopy(reinterpret_cast<const std::uint8_t *>(text.data()), bytes, Width);
+    }
 };
 
 struct Int16 {
@@ -52,13 +64,26 @@ struct Int16 {
     {
         return static_cast<Value>(load_word<std::endian::little, std::uint16_t>(bytes));
     }
+
+    static void store(std::uint8_t *bytes, Value value)
+    {
+        store_word<std::endian::little>(bytes, static_cast<std::uint16_t>(value));
+    }
 };
 
 // The two words of a 32-bit field, which may start at any word of its block.
-inline std::array<std::uint16_t, 2> load_two_words(const std::uint8_t *bytes)
+using TwoWords = std::array<std::uint16_t, 2>;
+
+inline TwoWords load_two_words(const std::uint8_t *bytes)
 {
     return {load_word<std::endian::little, std::uint16_t>(bytes),
             load_word<std::endian::little, std::uint16_t>(bytes + 2)};
+}
+
+inline void store_two_words(std::uint8_t *bytes, const TwoWords &words)
+{
+    store_word<std::endian::little>(bytes, words[0]);
+    store_word<std::endian::little>(bytes + 2, words[1]);
 }
 
 struct Int32 {
@@ -69,6 +94,13 @@ struct Int32 {
     {
         return get_vax_long(load_two_words(bytes).data(), 0);
     }
+
+    static void store(std::uint8_t *bytes, Value value)
+    {
+        TwoWords words{};
+        sunltovaxl(value, words.data());
+        store_two_words(bytes, words);
+    }
 };
 
 struct VaxFloat {
@@ -78,6 +110,13 @@ struct VaxFloat {
     static Value load(const std::uint8_t *bytes)
     {
         return get_vax_float(load_two_words(bytes).data(), 0);
+    }
+
+    static void store(std::uint8_t *bytes, Value value)
+    {
+        TwoWords words{};
+        sunftovaxf(words.data(), value);
+        store_two_words(bytes, words);
     }
 };
 
@@ -94,6 +133,14 @@ struct VaxFloats {
             bytes += VaxFloat::Bytes;
         }
         return values;
+    }
+
+    static void store(std::uint8_t *bytes, const Value &values)
+    {
+        for (const float value : values) {
+            VaxFloat::store(bytes, value);
+            bytes += VaxFloat::Bytes;
+        }
     }
 };
 
@@ -134,6 +181,18 @@ void decode_fields(const std::uint8_t *block, Record &record,
     std::apply(
         [&](const HeaderField<Types, Record> &...fields) {
             ((record.*fields.member = Types::load(block + fields.byte)), ...);
+        },
+        table);
+}
+
+// Puts the record into a block of BlockBytes bytes. Bytes that no field covers stay as they are.
+template <class Record, class... Types>
+void encode_fields(const Record &record, std::uint8_t *block,
+                   const std::tuple<HeaderField<Types, Record>...> &table)
+{
+    std::apply(
+        [&](const HeaderField<Types, Record> &...fields) {
+            (Types::store(block + fields.byte, record.*fields.member), ...);
         },
         table);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-// Reading the header blocks of ECAT 6 matrix files.
+// Reading and writing the header blocks of ECAT 6 matrix files. Where the fields are, the records'
+// own headers say.
 
 #include "ecat/attn_subheader.h"
 #include "ecat/image_subheader.h"
@@ -29,5 +30,20 @@ void mat_read_attn_subheader(std::FILE *stream, std::int32_t block_number,
                              MatAttnSubheader &subheader);
 void mat_read_norm_subheader(std::FILE *stream, std::int32_t block_number,
                              MatNormSubheader &subheader);
+
+// Write the header into block 1 of a file, or the subheader into the given block. The counterpart of
+// reading, field by field; bytes that no field covers become 0, save for the scan, attenuation and
+// normalisation subheaders, which begin with words that this format's programs have always put
+// there (ecat/headers.cpp lists them) and that no reader looks at. Return 0. A block that can't be
+// written ends the process as `mat_wblk` does.
+std::int32_t mat_write_main_header(std::FILE *stream, const MatMainHeader &main_header);
+std::int32_t mat_write_image_subheader(std::FILE *stream, std::int32_t block_number,
+                                       const MatImageSubheader &subheader);
+std::int32_t mat_write_scan_subheader(std::FILE *stream, std::int32_t block_number,
+                                      const MatScanSubheader &subheader);
+std::int32_t mat_write_attn_subheader(std::FILE *stream, std::int32_t block_number,
+                                      const MatAttnSubheader &subheader);
+std::int32_t mat_write_norm_subheader(std::FILE *stream, std::int32_t block_number,
+                                      const MatNormSubheader &subheader);
 
 } // namespace velmorant

@@ -3,6 +3,7 @@
 
 #include "ecat/headers.h"
 #include "prefs/file_handle.h"
+#include "tests/support/ecat_file.h"
 #include "tests/support/files.h"
 
 #include <gtest/gtest.h>
@@ -15,10 +16,10 @@
 
 using namespace velmorant;
 
-// Byte i of each block; none is 0.
+// Byte i of each block; none is 0, and no float that two words make is too small to be written.
 static int byte_at(int i)
 {
-    return 1 + i % 251;
+    return i % 2 == 0 ? 1 + i % 251 : 0x40 + i / 2 % 64;
 }
 
 static std::uint16_t word_at(int word)
@@ -61,15 +62,29 @@ static void expect_text(int byte, const std::array<char, Width> &text)
     }
 }
 
+// A block that has these bytes in the runs from one place to before another, elsewhere these words,
+// and else 0.
+static std::string make_block(const std::vector<std::pair<int, int>> &runs,
+                              const std::vector<std::pair<int, std::int64_t>> &words = {})
+{
+    test::EcatFile file;
+    file.put(1, 0, "");
+    for (const auto &[word, value] : words) {
+        file.put16(1, 2 * word, {value});
+    }
+    for (const auto &[from, to] : runs) {
+        for (int i = from; i < to; ++i) {
+            file.put(1, i, std::string(1, static_cast<char>(byte_at(i))));
+        }
+    }
+    return file.bytes;
+}
+
 TEST(EcatHeaders, FieldsAreWhereTheyBelong)
 {
     const test::EmptyFolder folder;
-    std::string blocks(std::size_t{512} * 3, '\0');
-    for (int i = 0; i < 512; ++i) {
-        const auto place = static_cast<std::size_t>(i);
-        blocks[place] = blocks[1024 + place] = static_cast<char>(byte_at(i));
-    }
-    test::write_file("h.v", blocks);
+    const std::string block = make_block({{0, 512}});
+    test::write_file("h.v", block + std::string(512, '\0') + block);
     const FileHandle stream(mat_open("h.v", "rb"));
 
     // clang-format off
@@ -109,6 +124,43 @@ TEST(EcatHeaders, FieldsAreWhereTheyBelong)
     // clang-format on
 }
 
+// Reads a header from block 1 and writes it to block 2, which it returns.
+template <class Record>
+static std::string rewrite(std::FILE *stream, void (*read)(std::FILE *, std::int32_t, Record &),
+                           std::int32_t (*write)(std::FILE *, std::int32_t, const Record &))
+{
+    Record record{};
+    read(stream, 1, record);
+    EXPECT_EQ(write(stream, 2, record), 0);
+    return test::read_file("h.v").substr(512);
+}
+
+TEST(EcatHeaders, FieldsAreWrittenWhereTheyWereRead)
+{
+    const test::EmptyFolder folder;
+    test::write_file("h.v", make_block({{0, 512}}));
+    const FileHandle stream(mat_open("h.v", "r+b"));
+    // clang-format off
+    const std::vector<std::pair<int, std::int64_t>> words{
+        {0, 256}, {1, 1}, {2, 22}, {3, -1}, {4, 25}, {5, 62}, {6, 79}, {7, 106}, {24, 37}, {25, -1},
+        {61, 17}, {62, -1}, {78, 27}, {79, -1}, {105, 52}, {106, -1}};
+    EXPECT_EQ(rewrite(stream.get(), mat_read_image_subheader, mat_write_image_subheader),
+              make_block({{126, 130}, {132, 136}, {160, 180}, {184, 212}, {236, 250}, {296, 312},
+                          {376, 378}, {380, 460}}));
+    EXPECT_EQ(rewrite(stream.get(), mat_read_scan_subheader, mat_write_scan_subheader),
+              make_block({{126, 128}, {132, 140}, {146, 150}, {166, 180}, {182, 186}, {192, 212},
+                          {316, 468}}, words));
+    EXPECT_EQ(rewrite(stream.get(), mat_read_attn_subheader, mat_write_attn_subheader),
+              make_block({{126, 130}, {132, 136}, {182, 214}}, words));
+    EXPECT_EQ(rewrite(stream.get(), mat_read_norm_subheader, mat_write_norm_subheader),
+              make_block({{126, 128}, {132, 136}, {182, 202}}, words));
+    // clang-format on
+    MatMainHeader main{};
+    mat_read_main_header(stream.get(), main);
+    EXPECT_EQ(mat_write_main_header(stream.get(), main), 0);
+    EXPECT_EQ(test::read_file("h.v").substr(0, 512), make_block({{28, 472}}));
+}
+
 // Whether the rows fill every member of the record, one after the other; at most alignment is
 // between them.
 template <class Record, class... Types>
@@ -144,4 +196,9 @@ TEST(EcatHeaders, TextEndsAtItsFirstZeroByte)
     header.study_name.fill('x');
     decode_fields(block.data(), header, MainHeaderFields);
     EXPECT_EQ(header.study_name, (std::array<char, 12>{'a', 'b'}));
+    // Written are all bytes of the record, whatever comes before them.
+    header.study_name = {'x', '\0', 'y'};
+    encode_fields(header, block.data(), MainHeaderFields);
+    EXPECT_EQ(std::string(block.begin() + 162, block.begin() + 174),
+              std::string("x\0y\0\0\0\0\0\0\0\0\0", 12));
 }
