@@ -1,24 +1,12 @@
 #include "ecat/directory.h"
 
-#include "image/byte_order.h"
-
 #include <algorithm>
 
 namespace velmorant
 {
 
-static DirectoryBlock read_directory_block(std::FILE *stream, std::int32_t block_number)
-{
-    std::array<std::uint8_t, BlockBytes> bytes{};
-    mat_rblk(stream, block_number, bytes.data(), 1);
-    std::array<std::uint32_t, BlockBytes / sizeof(std::uint32_t)> words{};
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        words[i] = load_word<std::endian::little, std::uint32_t>(&bytes[i * sizeof(words[i])]);
-    }
-    return std::bit_cast<DirectoryBlock>(words);
-}
-
-DirectoryWalk::DirectoryWalk(std::FILE *open_stream) : stream(open_stream)
+DirectoryWalk::DirectoryWalk(std::FILE *open_stream, std::int32_t first_block)
+    : stream(open_stream), next_block(first_block)
 {
 }
 
@@ -27,11 +15,17 @@ bool DirectoryWalk::read_next(DirectoryBlock &block)
     if (ended) {
         return false;
     }
-    block = read_directory_block(stream, next_block);
-    visited.insert(next_block);
+    current_block = next_block;
+    block = read_directory_block(stream, current_block);
+    visited.insert(current_block);
     next_block = block.next_block;
     ended = next_block == FirstDirectoryBlock || visited.contains(next_block);
     return true;
+}
+
+std::int32_t DirectoryWalk::block_number() const
+{
+    return current_block;
 }
 
 std::int32_t mat_lookup(std::FILE *stream, std::uint32_t matrix_number, MatDirEntry &entry)

@@ -1,25 +1,14 @@
 #pragma once
 
-// The directory of an ECAT 6 matrix file, which names every matrix and its blocks.
+// The directory of an ECAT 6 matrix file, which names every matrix and its blocks: a chain of blocks
+// (ecat/directory_block.h) that begins with block 2 and ends at the first one that links back to it.
 //
-// The directory is a chain of blocks that begins with block 2. Each is 128 signed 32-bit
-// little-endian integers:
-//
-//   WORD    HOLDS
-//   0       number of free entries in this block, 31 in a fresh one
-//   1       number of the chain's next block; 2, the first one's, ends the chain
-//   2       number of the chain's previous block, 0 in the first one
-//   3       number of used entries in this block
-//   4-127   31 entries of 4 words each, in the order of `MatDirEntry`
-//
-// Nothing relies on the counts. A damaged chain, whose links run in a circle without block 2, ends
-// where it would come to a block number for the second time, so that every walk ends. A link to a
-// block that can't be read ends the process as `mat_rblk` does.
+// A damaged chain, whose links run in a circle without block 2, ends where it would come to a block
+// number for the second time, so that every walk ends. A link to a block that can't be read ends the
+// process as `mat_rblk` does.
 
-#include "ecat/blocks.h"
+#include "ecat/directory_block.h"
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <span>
@@ -29,37 +18,23 @@
 namespace velmorant
 {
 
-inline constexpr std::int32_t FirstDirectoryBlock = 2;
-inline constexpr std::size_t DirectoryBlockEntries = 31;
-
-struct MatDirEntry {
-    std::int32_t matrix_number; // see `mat_numcod`; 0 = empty, -1 = abandoned
-    std::int32_t first_block;   // the matrix's subheader, its data following
-    std::int32_t last_block;    // the last block of its data
-    std::int32_t status;        // 1 = written; not looked at
-};
-
-struct DirectoryBlock {
-    std::int32_t free_entries;
-    std::int32_t next_block;
-    std::int32_t previous_block;
-    std::int32_t used_entries;
-    std::array<MatDirEntry, DirectoryBlockEntries> entries;
-};
-static_assert(sizeof(DirectoryBlock) == BlockBytes, "word for word as in the file");
-
 // Follows the chain of a directory, reading a block at a time.
 class DirectoryWalk
 {
 public:
-    explicit DirectoryWalk(std::FILE *open_stream);
+    // first_block: where in the chain to begin.
+    explicit DirectoryWalk(std::FILE *open_stream, std::int32_t first_block = FirstDirectoryBlock);
 
     // Reads the chain's next block, or returns false where the chain has ended.
     bool read_next(DirectoryBlock &block);
 
+    // The number of the block that was read last.
+    std::int32_t block_number() const;
+
 private:
     std::FILE *stream;
-    std::int32_t next_block = FirstDirectoryBlock;
+    std::int32_t current_block = 0;
+    std::int32_t next_block;
     std::unordered_set<std::int32_t> visited; // block numbers
     bool ended = false;
 };

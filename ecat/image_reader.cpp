@@ -4,6 +4,7 @@
 #include "ecat/directory_index.h"
 #include "ecat/headers.h"
 #include "ecat/matrix_number.h"
+#include "ecat/plane_order.h"
 #include "image/allocate.h"
 #include "image/decode_pixels.h"
 #include "image/image_geometry.h"
@@ -182,20 +183,12 @@ static std::int32_t read_planes(const char *file_name, float *pixels, const Imag
     const std::int32_t size = checked_plane_size(header);
     const Block<std::int16_t> stored(allocate_short_int_zero(size, "in-plane buffer"));
     OpenStudy study(file_name);
-    ImageMatrix matrix = first;
-    // 64-bit, because the last frame, bed or plane may be the highest number of 32 bits.
-    for (std::int64_t frame = first.frame; frame <= last_frame; ++frame) {
-        for (std::int64_t bed = first.bed; bed <= last_bed; ++bed) {
-            for (std::int64_t plane = first.plane; plane <= header.num_slices; ++plane) {
-                matrix.frame = static_cast<std::int32_t>(frame);
-                matrix.bed = static_cast<std::int32_t>(bed);
-                matrix.plane = static_cast<std::int32_t>(plane);
-                read_plane<Order>(study, matrix, stored.get(),
-                                  std::span(pixels, static_cast<std::size_t>(size)), line_end);
-                pixels += size;
-            }
-        }
-    }
+    const auto read_next = [&](const ImageMatrix &matrix) {
+        read_plane<Order>(study, matrix, stored.get(),
+                          std::span(pixels, static_cast<std::size_t>(size)), line_end);
+        pixels += size;
+    };
+    visit_planes(first, {last_frame, last_bed, header.num_slices}, read_next);
     return study.close();
 }
 

@@ -1,0 +1,209 @@
+#include "ecat/image_writer.h"
+
+#include "ecat/headers.h"
+#include "ecat/matrix_file.h"
+#include "ecat/matrix_number.h"
+#include "ecat/matrix_writer.h"
+#include "ecat/plane_order.h"
+#include "image/allocate.h"
+#include "image/cutoff.h"
+#include "image/image_geometry.h"
+#include "prefs/error_report.h"
+#include "prefs/file_handle.h"
+#include "prefs/numbers.h"
+#include "prefs/settings.h"
+
+#include <algorithm>
+#include <cmath>
+#include <ctime>
+#include <string_view>
+
+namespace velmorant
+{
+
+// Copies a text to the beginning of a field, at most as many characters as there is room for.
+template <std::size_t Width>
+static void put_text(std::array<char, Width> &field, std::string_view text)
+{
+    std::ranges::copy(text.substr(0, Width), field.begin());
+}
+
+static void put_date(MatMainHeader &main_header)
+{
+    const std::time_t now = std::time(nullptr);
+    std::tm date{};
+    localtime_r(&now, &date);
+    main_header.scan_start_day = wrap_to_int16(date.tm_mday);
+    main_header.scan_start_month = wrap_to_int16(date.tm_mon + 1);
+    main_header.scan_start_year = wrap_to_int16(date.tm_year + 1900);
+}
+
+static constexpr std::size_t SourceNameLength = 18;
+
+static MatMainHeader describe_study(const char *file_name, const ImageHeader &header)
+{
+    MatMainHeader main_header{};
+    put_text(main_header.source_file_name, std::string_view(file_name).substr(0, SourceNameLength));
+    main_header.software_version = 2;
+    main_header.data_type = 2;
+    main_header.system_type = 0;
+    main_header.file_type = 2;
+    put_date(main_header);
+    main_header.isotope_halflife = 1.0F;
+    put_text(main_header.node_id, "n/a");
+    put_text(main_header.isotope_code, "n/a");
+    put_text(main_header.radiopharmaceutical, "n/a");
+    put_text(main_header.operator_name, "n/a");
+    put_text(main_header.user_process_code, "n/a");
+    put_text(main_header.study_name, "VELMORANT");
+    put_text(main_header.patient_name, "Computer Generated");
+    main_header.patient_sex = 'U';
+    main_header.patient_dexterity = 'U';
+    put_text(main_header.patient_age, "0");
+    put_text(main_header.patient_height, "0");
+    put_text(main_header.patient_weight, "0");
+    put_text(main_header.physician_name, "Orlavesk Tarn");
+    put_text(main_header.study_description, "VELMORANT Analysis");
+    put_text(main_header.facility_name, "Hollin Centre");
+    main_header.num_planes = wrap_to_int16(header.num_slices);
+    main_header.num_frames = wrap_to_int16(header.num_frames);
+    main_header.num_gates = wrap_to_int16(header.num_gates);
+    main_header.num_bed_positions = wrap_to_int16(header.num_beds);
+    main_header.plane_separation = header.slice_thickness / 10.0F;
+    return main_header;
+}
+
+// What all planes have in common.
+static MatImageSubheader describe_plane(const ImageHeader &header)
+{
+    MatImageSubheader subheader{};
+    subheader.data_type = 2;
+    subheader.num_dimensions = 2;
+    subheader.x_dimension = wrap_to_int16(header.x_dim);
+    subheader.y_dimension = wrap_to_int16(header.y_dim);
+    subheader.x_origin = static_cast<float>(header.x_dim / 2);
+    subheader.y_origin = static_cast<float>(header.y_dim / 2);
+    subheader.recon_scale = 1.0F;
+    subheader.pixel_size = header.pixel_size_x / 10.0F;
+    subheader.slice_width = header.slice_thickness / 10.0F;
+    subheader.frame_duration = 1;
+    return subheader;
+}
+
+static FileHandle create_or_report(const char *file_name, const MatMainHeader &main_header)
+{
+    FileHandle file(mat_create(file_name, main_header));
+    if (!file) {
+        print_error_message(2, "can't open ", file_name);
+    }
+    return file;
+}
+
+// Whether each plane has a matrix number of its own. Otherwise a later one takes the place of an
+// earlier one, which has to be looked for from the beginning of the directory.
+static bool are_distinct(const ImageHeader &header)
+{
+    return header.num_frames <= 4096 && header.num_beds <= 15 && header.num_slices <= 256;
+}
+
+// Creates a file with all planes of an image. fill_plane: sets the stored integers of a plane, and
+// what its subheader says of them; called for plane after plane in the order of a buffer.
+template <class FillPlane>
+static std::int32_t write_planes(const char *file_name, const ImageHeader &header,
+                                 const MatMainHeader &main_header, MatImageSubheader subheader,
+                                 std::span<std::int16_t> stored, FillPlane fill_plane)
+{
+    FileHandle file = create_or_report(file_name, main_header);
+    const bool distinct = are_distinct(header);
+    MatrixPlace place{.first_block = 0, .directory_block = FirstDirectoryBlock};
+    const auto write_next = [&](const ImageMatrix &matrix) {
+        fill_plane(subheader);
+        place = enter_matrix(file.get(), mat_numcod(matrix.frame, matrix.plane, 1, 0, matrix.bed),
+                             data_block_count(stored.size_bytes()),
+                             distinct ? place.directory_block : FirstDirectoryBlock);
+        mat_write_image_subheader(file.get(), place.first_block, subheader);
+        mat_write_idata(file.get(), wrap_add(place.first_block, 1), stored);
+    };
+    visit_planes({1, 1, 1, 0, 0}, {header.num_frames, header.num_beds, header.num_slices},
+                 write_next);
+    return mat_close(file.release());
+}
+
+// The largest magnitude of a plane, but a maximum with its own sign.
+static float find_extreme(std::span<const float> pixels)
+{
+    float highest = -1e30F;
+    float lowest = 1e30F;
+    for (const float pixel : pixels) {
+        highest = pixel > highest ? pixel : highest;
+        lowest = pixel < lowest ? pixel : lowest;
+    }
+    const float lowest_square = lowest * lowest;
+    return highest * highest >= lowest_square
+               ? highest
+               : static_cast<float>(std::sqrt(static_cast<double>(lowest_square)));
+}
+
+static std::int16_t stored_integer(float pixel, float scale)
+{
+    const double rounded = static_cast<double>(pixel / scale) + 0.5;
+    return exceeds_int32(rounded) ? std::int16_t{0} : wrap_to_int16(truncate_to_int32(rounded));
+}
+
+static void store_pixels(std::span<const float> pixels, float scale, std::span<std::int16_t> stored)
+{
+    if (!(std::fabs(static_cast<double>(scale)) > 1e-20)) {
+        std::ranges::fill(stored, std::int16_t{0});
+        return;
+    }
+    for (std::size_t i = 0; i < pixels.size(); ++i) {
+        stored[i] = stored_integer(pixels[i], scale);
+    }
+}
+
+std::int32_t write_image_matrix_cti6(const char *file_name, const float *image,
+                                     const ImageHeader &header, float cutoff, float replacement)
+{
+    const std::int16_t highest = INT_MaxPixelValue;
+    const std::int32_t size = checked_plane_size(header);
+    const auto count = static_cast<std::size_t>(size);
+    const Block<std::int16_t> integers(allocate_short_int_zero(size, "in-plane buffer"));
+    const Block<float> floats(allocate_float_zero(size, "in-plane buffer"));
+    const std::span stored(integers.get(), count);
+    const std::span pixels(floats.get(), count);
+
+    const auto fill_plane = [&](MatImageSubheader &subheader) {
+        std::transform(image, image + size, pixels.begin(), [&](float pixel) {
+            return apply_cutoff({cutoff, replacement}, pixel);
+        });
+        image += size;
+        subheader.scale_factor = find_extreme(pixels) / static_cast<float>(highest);
+        store_pixels(pixels, subheader.scale_factor, stored);
+    };
+    MatImageSubheader subheader = describe_plane(header);
+    subheader.image_max = highest;
+    put_text(subheader.annotation, "VELMORANT");
+    return write_planes(file_name, header, describe_study(file_name, header), subheader, stored,
+                        fill_plane);
+}
+
+std::int32_t create_image_matrix_cti6(const char *file_name, const ImageHeader &header)
+{
+    using namespace std::string_view_literals;
+    const std::int32_t size = checked_plane_size(header);
+    const Block<std::int16_t> zeros(allocate_short_int_zero(size, "in-plane buffer"));
+
+    // What is left of the file's name stays behind the zero.
+    MatMainHeader main_header = describe_study(file_name, header);
+    put_text(main_header.source_file_name, "n/a\0"sv);
+    MatImageSubheader subheader = describe_plane(header);
+    subheader.scale_factor = 1.0F;
+    subheader.filter_code = 2;
+    subheader.processing_code = 1;
+    subheader.recon_start_day = 1;
+    put_text(subheader.annotation, "processed");
+    return write_planes(file_name, header, main_header, subheader,
+                        {zeros.get(), static_cast<std::size_t>(size)}, [](MatImageSubheader &) {});
+}
+
+} // namespace velmorant

@@ -1,0 +1,356 @@
+// ECAT 6 files that are written: directories, matrices and images.
+
+#include "ecat/directory.h"
+#include "ecat/image_writer.h"
+#include "ecat/matrix_file.h"
+#include "ecat/matrix_writer.h"
+#include "image/old_layout.h"
+#include "prefs/file_handle.h"
+#include "prefs/settings.h"
+#include "tests/support/ecat_file.h"
+#include "tests/support/files.h"
+#include "tests/support/process.h"
+#include "tests/support/raw_study.h"
+
+#include <gtest/gtest.h>
+
+#include <ctime>
+#include <limits>
+#include <string>
+#include <vector>
+
+using namespace velmorant;
+using test::ending;
+
+static FileHandle create_file()
+{
+    return FileHandle(mat_create("f.v", {}));
+}
+
+static std::string read_block(int block)
+{
+    return test::read_file("f.v").substr(static_cast<std::size_t>(block - 1) * 512, 512);
+}
+
+static std::string directory_block(const std::vector<std::int64_t> &words)
+{
+    test::EcatFile file;
+    file.put32(1, 0, words);
+    return file.bytes;
+}
+
+TEST(MatrixFile, BeginsWithAMainHeaderAndAnEmptyDirectory)
+{
+    const test::EmptyFolder folder;
+    MatMainHeader main_header{};
+    main_header.num_planes = 0x1234;
+    test::EcatFile expected;
+    expected.put16(1, 376, {0x1234});
+    expected.put32(2, 0, {31, 2});
+    for (const auto create : {mat_create, mat_create_backup}) {
+        test::write_file("f.v", std::string(5000, 'x'));
+        const FileHandle stream(create("f.v", main_header));
+        EXPECT_EQ(test::read_file("f.v"), expected.bytes);
+        EXPECT_EQ(mat_enter(stream.get(), 7, 0), 3) << "read and written";
+        EXPECT_EQ(create("none/f.v", main_header), nullptr);
+    }
+}
+
+TEST(MatrixEntry, FollowsTheOneBefore)
+{
+    const test::EmptyFolder folder;
+    const FileHandle stream = create_file();
+    EXPECT_EQ(mat_enter(stream.get(), 11, 64), 3);
+    EXPECT_EQ(mat_enter(stream.get(), 12, 64), 68);
+    EXPECT_EQ(mat_enter(stream.get(), 13, 64), 133);
+    EXPECT_EQ(read_block(2), directory_block({28, 2, 0, 3, 11, 3, 67, 1, //
+                                              12, 68, 132, 1, 13, 133, 197, 1}));
+    for (std::uint32_t number = 14; number <= 41; ++number) {
+        mat_enter(stream.get(), number, 0); // at blocks 198 to 225
+    }
+    EXPECT_EQ(mat_enter(stream.get(), 42, 1), 227);
+    EXPECT_EQ(read_block(2).substr(0, 16), directory_block({0, 226, 0, 31}).substr(0, 16));
+    EXPECT_EQ(read_block(226), directory_block({30, 2, 2, 1, 42, 227, 228, 1}));
+
+    // A matrix that outgrows its place in the first block moves into the last one.
+    EXPECT_EQ(mat_enter(stream.get(), 13, 66), 229);
+    EXPECT_EQ(read_block(2).substr(48, 16), directory_block({-1, 133, 197, 1}).substr(0, 16));
+    EXPECT_EQ(read_block(226), directory_block({29, 2, 2, 2, 42, 227, 228, 1, 13, 229, 295, 1}));
+    const MatrixPlace place = enter_matrix(stream.get(), 43, 0, 226);
+    EXPECT_EQ(place.first_block, 296);
+    EXPECT_EQ(place.directory_block, 226);
+}
+
+TEST(MatrixEntry, KeepsItsPlaceWhileItGrowsByNoMoreThanABlock)
+{
+    const test::EmptyFolder folder;
+    const struct {
+        std::int32_t data_blocks;
+        std::int32_t first_block;
+        std::vector<std::int64_t> directory;
+    } cases[] = {
+        {2, 3, {29, 2, 0, 2, 11, 3, 5, 1, 12, 6, 8, 1}},
+        {0, 3, {29, 2, 0, 2, 11, 3, 3, 1, 12, 6, 8, 1}},
+        {3, 3, {29, 2, 0, 2, 11, 3, 6, 1, 12, 6, 8, 1}},
+        {4, 9, {28, 2, 0, 3, -1, 3, 5, 1, 12, 6, 8, 1, 11, 9, 13, 1}},
+    };
+    for (const auto &row : cases) {
+        const FileHandle stream = create_file();
+        EXPECT_EQ(mat_enter(stream.get(), 11, 2), 3);
+        EXPECT_EQ(mat_enter(stream.get(), 12, 2), 6);
+        EXPECT_EQ(mat_enter(stream.get(), 11, row.data_blocks), row.first_block);
+        EXPECT_EQ(read_block(2), directory_block(row.directory)) << row.data_blocks;
+    }
+}
+
+TEST(MatrixEntry, EndsInADamagedDirectory)
+{
+    const test::EmptyFolder folder;
+    std::vector<std::int64_t> full{0, 3, 2, 31};
+    for (int i = 0; i < 31; ++i) {
+        full.insert(full.end(), {99, 3, 5, 1});
+    }
+    test::EcatFile file;
+    file.put32(2, 0, full);
+    file.put32(3, 0, full); // links to itself
+    test::write_file("f.v", file.bytes);
+    {
+        const FileHandle stream(mat_open("f.v", "r+b"));
+        EXPECT_EQ(mat_enter(stream.get(), 11, 1), 7);
+        EXPECT_EQ(read_block(3).substr(0, 8), directory_block({0, 6}).substr(0, 8));
+        EXPECT_EQ(read_block(6), directory_block({30, 2, 3, 1, 11, 7, 8, 1}));
+    }
+    // Blocks that no file has: their numbers wrap around.
+    file.put32(2, 0, {1, 2, 0, 30, 11, INT32_MIN, INT32_MAX, 0, 12, 5, INT32_MAX - 1, 0, 0});
+    test::write_file("f.v", file.bytes);
+    const FileHandle stream(mat_open("f.v", "r+b"));
+    EXPECT_EQ(mat_enter(stream.get(), 11, INT32_MAX), INT32_MIN);
+    EXPECT_EQ(mat_enter(stream.get(), 13, 5), INT32_MAX);
+    EXPECT_EQ(read_block(2).substr(48, 16),
+              directory_block({13, INT32_MAX, INT32_MIN + 4, 1}).substr(0, 16));
+}
+
+template <class Subheader>
+static Subheader of_width(std::int16_t width)
+{
+    Subheader subheader{};
+    subheader.x_dimension = width;
+    return subheader;
+}
+
+TEST(MatrixData, FollowTheirSubheader)
+{
+    const test::EmptyFolder folder;
+    const std::vector<std::int16_t> integers(257, 0x1234);
+    std::vector<float> floats(129, 1.0F);
+    floats.back() = -0.2F;
+    const FileHandle stream = create_file();
+    mat_write_image(stream.get(), 11, of_width<MatImageSubheader>(5), integers);
+    mat_write_scan(stream.get(), 12, of_width<MatScanSubheader>(6), std::span(integers).last(1));
+    mat_write_attn(stream.get(), 13, of_width<MatAttnSubheader>(7), floats);
+    mat_write_norm(stream.get(), 14, of_width<MatNormSubheader>(8), std::span(floats).last(1));
+    mat_write_norm(stream.get(), 15, {}, {});
+    // What is left of a block is zero, where there was something else, too.
+    mat_write_image(stream.get(), 11, of_width<MatImageSubheader>(9), std::span(integers).first(3));
+
+    EXPECT_EQ(read_block(2), directory_block({26, 2, 0,  5, 11, 3,  4,  1, 12, 6,  7,  1,
+                                              13, 8, 10, 1, 14, 11, 12, 1, 15, 13, 13, 1}));
+    const std::pair<int, std::vector<std::int64_t>> blocks[] = {{4, {0x1234, 0x1234, 0x1234}},
+                                                                {5, {0x1234}},
+                                                                {7, {0x1234}},
+                                                                {10, {0xBF4C, 0xCCCD}},
+                                                                {12, {0xBF4C, 0xCCCD}}};
+    for (const auto &[block, words] : blocks) {
+        test::EcatFile expected;
+        expected.put16(1, 0, words);
+        expected.bytes.resize(512);
+        EXPECT_EQ(read_block(block), expected.bytes) << block;
+    }
+    EXPECT_EQ(read_block(9).substr(508), std::string("\x80\x40\0\0", 4));
+    for (const auto &[block, width] : {std::pair{3, 9}, {6, 6}, {8, 7}, {11, 8}, {13, 0}}) {
+        EXPECT_EQ(read_block(block)[132], width) << block;
+    }
+    EXPECT_EQ(read_block(3)[0], '\0');
+    EXPECT_EQ(read_block(13).substr(0, 4), std::string("\0\1\1\0", 4));
+}
+
+// A header of 2 frames, 2 beds and 2 slices of 3 x 1 pixels.
+static ImageHeader small_header()
+{
+    ImageHeader header{};
+    convert_header_old_to_new({2, 2, 5, 6, 1, 3, 1}, {20.0F, 40.0F}, header);
+    return header;
+}
+
+// The date as day, month and year in a header.
+static std::string today()
+{
+    const std::time_t now = std::time(nullptr);
+    const std::tm date = *std::localtime(&now);
+    return test::stored_integers({date.tm_mday, date.tm_mon + 1, date.tm_year + 1900}, 2, false);
+}
+
+// The file that is made for the small header, with empty planes; all is put to its byte.
+static test::EcatFile small_file(const std::string &source, const std::string &date,
+                                 const std::string &annotation)
+{
+    test::EcatFile file;
+    file.put(1, 28, source);
+    file.put16(1, 48, {2, 2, 0, 2});
+    file.put(1, 56, "n/a");
+    file.put(1, 66, date);
+    file.put(1, 78, "n/a");
+    file.put16(1, 86, {0x4080, 0}); // half-life 1
+    file.put(1, 90, "n/a");
+    file.put(1, 162, "VELMORANT");
+    file.put(1, 190, "Computer Generated");
+    file.put(1, 222, "U0");
+    file.put(1, 233, "0");
+    file.put(1, 243, "0");
+    file.put(1, 253, "UOrlavesk Tarn");
+    file.put(1, 286, "n/a");
+    file.put(1, 318, "VELMORANT Analysis");
+    file.put(1, 356, "Hollin Centre");
+    file.put16(1, 376, {2, 2, 5, 1});
+    file.put16(1, 448, {0x4180, 0}); // planes 4 cm apart
+    file.put(1, 462, "n/a");
+    std::vector<std::int64_t> directory{23, 2, 0, 8};
+    int block = 3;
+    for (const std::int64_t frame_and_bed : {0x0001, 0x1001, 0x0002, 0x1002}) {
+        for (const std::int64_t plane : {0x01010000, 0x01020000}) {
+            directory.insert(directory.end(), {plane + frame_and_bed, block, block + 1, 1});
+            file.put16(block, 126, {2, 2, 0, 3, 1});
+            file.put16(block, 160, {0x4080, 0, 0, 0, 0x4080, 0}); // origin (1, 0), zoom 1
+            file.put16(block, 184, {0x4100, 0, 0x4180, 0, 1});    // 2 cm, 4 cm, 1 s
+            file.put(block, 420, annotation);
+            file.put(block + 1, 0, "");
+            block += 2;
+        }
+    }
+    file.put32(2, 0, directory);
+    return file;
+}
+
+// What the source file's name becomes: the first 18 characters.
+static constexpr const char *LongName = "a-long-file-name.image";
+static const std::string Source = "a-long-file-name.i";
+
+static std::string date_in(const std::string &file_name)
+{
+    return test::read_file(file_name).substr(66, 6);
+}
+
+TEST(EcatImageWriter, StoresEachPlaneInItsOwnScale)
+{
+    const test::EmptyFolder folder;
+    constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+    constexpr float inf = std::numeric_limits<float>::infinity();
+    // Half a unit is rounded up above 0, and toward 0 below.
+    const struct {
+        std::array<float, 3> pixels;
+        std::int64_t scale; // the VAX number's first word
+        std::vector<std::int64_t> stored;
+    } planes[] = {
+        {{100, -300, -250}, 0x4140, {33, -99, -82}}, // 3, by the lowest: 33.3, -100 and -83.3
+        {{0, -500, -501}, 0x41A0, {0, -99, 15}},     // 5, and -501 replaced by 75
+        {{0, 0, 0}, 0, {0, 0, 0}},
+        {{-50, -50, nan}, 0xC000, {100, 100, 0}}, // -0.5, by the highest
+        {{400, 202, 199}, 0x4180, {100, 51, 50}}, // 4: 50.5 and 49.75
+        {{inf, 1, nan}, 0x0080, {0, 0, 0}},
+        {{1e-19F, 0, 5e-20F}, 0, {0, 0, 0}},
+        {{1, 50, 100}, 0x4080, {1, 50, 100}}, // 1
+    };
+    std::vector<float> image;
+    for (const auto &plane : planes) {
+        image.insert(image.end(), plane.pixels.begin(), plane.pixels.end());
+    }
+    INT_MaxPixelValue = 100;
+    const std::string before = today();
+    EXPECT_EQ(write_image_matrix_cti6(LongName, image.data(), small_header(), -500, 75), 0);
+    const std::string date = date_in(LongName);
+    EXPECT_TRUE(date == before || date == today());
+
+    test::EcatFile expected = small_file(Source, date, "VELMORANT");
+    int block = 3;
+    for (const auto &plane : planes) {
+        expected.put16(block, 172, {plane.scale, 0, 0, 100}); // and the integers' range
+        expected.put16(block + 1, 0, plane.stored);
+        block += 2;
+    }
+    EXPECT_EQ(test::read_file(LongName), expected.bytes);
+
+    // Squares that are too large for single precision, and quotients for an integer.
+    ImageHeader header = small_header();
+    header.num_frames = 1;
+    header.num_beds = 0;
+    write_image_matrix_cti6("f.v", std::vector<float>{5, -2e19F, 0, 2e19F, -3e38F, 1e19F}.data(),
+                            header, -inf, 0);
+    EXPECT_EQ(read_block(3).substr(172, 4), std::string("\x80\0\0\0", 4)) << "infinity";
+    EXPECT_EQ(read_block(6).substr(0, 6), test::stored_integers({100, 0, 50}, 2, false));
+}
+
+TEST(EcatImageWriter, CreatesFilesOfEmptyPlanes)
+{
+    const test::EmptyFolder folder;
+    EXPECT_EQ(create_image_matrix_cti6(LongName, small_header()), 0);
+    const std::string source = std::string("n/a\0", 4) + Source.substr(4);
+    test::EcatFile expected = small_file(source, date_in(LongName), "processed");
+    for (int block = 3; block < 19; block += 2) {
+        expected.put16(block, 172, {0x4080, 0, 0, 0});
+        expected.put16(block, 236, {2});
+        expected.put16(block, 376, {1});
+        expected.put16(block, 382, {1});
+    }
+    EXPECT_EQ(test::read_file(LongName), expected.bytes);
+}
+
+TEST(EcatImageWriter, CoordinatesThatWrapAroundTakeTheOthersPlaces)
+{
+    const test::EmptyFolder folder;
+    INT_MaxPixelValue = 1;
+    const struct {
+        std::int32_t frames, beds_after_first, slices;
+        std::int32_t matrices;
+    } cases[] = {{1, 16, 1, 16},   {1, 15, 1, 16},     {1, 0, 257, 256},
+                 {1, 0, 256, 256}, {4097, 0, 1, 4096}, {4096, 0, 1, 4096},
+                 {-1, 0, 1, 0},    {1, -2, 1, 0},      {1, 0, -1, 0}};
+    for (const auto &row : cases) {
+        ImageHeader header = small_header();
+        header.num_frames = row.frames;
+        header.num_beds = row.beds_after_first;
+        header.num_slices = row.slices;
+        std::vector<float> image(3 * 4097);
+        image[3 * 16] = image[3 * 256] = image[3 * 4096] = 1.0F;
+        write_image_matrix_cti6("f.v", image.data(), header, 0, 0);
+        const FileHandle stream(mat_open("f.v", "rb"));
+        EXPECT_EQ(mat_list(stream.get(), {}), row.matrices) << row.frames;
+        if (row.frames * (row.beds_after_first + 1) * row.slices > row.matrices &&
+            row.matrices > 0) {
+            EXPECT_EQ(read_block(4)[0], '\1') << "the first matrix is replaced by the last";
+        }
+    }
+    ImageHeader wide = small_header();
+    wide.num_frames = 0;
+    wide.num_slices = 65536 + 3;
+    write_image_matrix_cti6("f.v", nullptr, wide, 0, 0);
+    EXPECT_EQ(read_block(1).substr(376, 4), test::stored_integers({3, 0}, 2, false));
+}
+
+TEST(EcatImageWriter, WhatCanNotBeWrittenEndsTheRun)
+{
+    const test::EmptyFolder folder;
+    const std::vector<float> image(24);
+    const auto report = [&](const std::string &name, const ImageHeader &header) {
+        const std::string written =
+            ending([&] { write_image_matrix_cti6(name.c_str(), image.data(), header, 0, 0); });
+        EXPECT_EQ(ending([&] { create_image_matrix_cti6(name.c_str(), header); }), written);
+        return written;
+    };
+    EXPECT_EQ(report("none/f.v", small_header()), "status 0: can't open none/f.v\n");
+    EXPECT_EQ(report("/dev/full", small_header()),
+              "status 255: fwrite error in mat_wblk (512 expected, 0 written)...\n");
+    ImageHeader header = small_header();
+    header.x_dim = -1;
+    EXPECT_EQ(report("f.v", header), "status 0: illegal image dimensions -1 x 1 x 2\n");
+    EXPECT_FALSE(std::filesystem::exists("f.v"));
+}
