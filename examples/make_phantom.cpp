@@ -1,34 +1,35 @@
-// make_phantom FOLDER [X Y SLICES [FRAMES BEDS]]: writes a made-up PET study in two raw formats.
-//   FOLDER/phantom.img, .hdr        signed 16-bit, little-endian, reversed on every axis
-//   FOLDER/phantom-float.img, .hdr  float, big-endian, in the standard orientation
-// Without dimensions: 128 x 128 x 40, 4 frames, 2 beds. Ends with status 0, or with 1 after a
-// message about its arguments. A file that can't be written is reported by the library: a line on
-// standard output, and status 0.
+// make_phantom KEYWORD IMAGE [X Y SLICES [FRAMES BEDS]]: writes a made-up PET study in one of the
+// formats of image/format_dispatch.h: CTI6, SHORTINT2B, SHORTINT2L, FLOATB or FLOATL. Little-endian
+// raw files are reversed on every axis, the others in the standard orientation. Without dimensions:
+// 128 x 128 x 40, 4 frames, 2 beds.
+//
+// Ends with status 0; or with 1 after a message on standard error, or 2 after one about its
+// arguments.
 
+#include "examples/ordinary_ending.h"
 #include "examples/phantom.h"
 #include "image/allocate.h"
+#include "image/format_dispatch.h"
 #include "image/image_geometry.h"
-#include "image/image_header.h"
-#include "image/raw_writer.h"
 #include "prefs/numbers.h"
+#include "prefs/settings.h"
 
 #include <array>
 #include <cstdio>
-#include <string>
+#include <string_view>
 
 using namespace velmorant;
 
-// Every frame of every bed, in the order of a raw file.
-static Block<float> make_study(const ImageHeader &header)
+// Every frame of every bed, in the order that the format wants.
+static Block<float> make_study(const ImageHeader &header, const char *keyword)
 {
     const std::size_t size = checked_image_size(header);
     const auto total = static_cast<std::int32_t>(checked_volume_count(header) * size);
     Block<float> study(allocate_float(total, "phantom"));
-    float *volume = study.get();
-    for (std::int32_t bed = 0; bed <= header.num_beds; ++bed) {
-        for (std::int32_t frame = 1; frame <= header.num_frames; ++frame) {
+    for (std::int32_t frame = 1; frame <= header.num_frames; ++frame) {
+        for (std::int32_t bed = 0; bed <= header.num_beds; ++bed) {
+            float *volume = study.get() + volume_index(header, frame, bed, keyword) * size;
             phantom::fill_volume(volume, header, frame, bed);
-            volume += size;
         }
     }
     return study;
@@ -37,33 +38,30 @@ static Block<float> make_study(const ImageHeader &header)
 int main(int argc, char **argv)
 {
     std::array<std::int32_t, 5> sizes{128, 128, 40, 4, 2};
-    if (argc != 2 && argc != 5 && argc != 7) {
-        std::fputs("Usage: make_phantom FOLDER [X Y SLICES [FRAMES BEDS]]\n", stderr);
-        return 1;
+    if (argc != 3 && argc != 6 && argc != 8) {
+        std::fputs("Usage: make_phantom KEYWORD IMAGE [X Y SLICES [FRAMES BEDS]]\n", stderr);
+        return 2;
     }
-    for (int i = 2; i < argc; ++i) {
+    for (int i = 3; i < argc; ++i) {
         const std::int32_t size = text_to_int32(argv[i]);
         if (size < 1) {
             std::fprintf(stderr, "make_phantom: not a size: %s\n", argv[i]);
-            return 1;
+            return 2;
         }
-        sizes.at(static_cast<std::size_t>(i) - 2) = size;
+        sizes.at(static_cast<std::size_t>(i) - 3) = size;
     }
     const auto [x_dim, y_dim, num_slices, frames, beds] = sizes;
-    const std::string folder(argv[1]);
+    const char *keyword = argv[1];
+    const char *image = argv[2];
+    examples::begin();
 
     ImageHeader header = phantom::describe(x_dim, y_dim, num_slices, frames, beds);
-    const Block<float> study = make_study(header);
-    const FormatSetting scaled_to_extreme{};
-
-    header.data_format = 3;
-    write_image_matrix_binary_multiple_float((folder + "/phantom-float.img").c_str(), study.get(),
-                                             header, scaled_to_extreme, 0.0F, 0.0F);
-
-    header.data_format = 1;
-    header.byte_order = 0;
-    header.right_on_left = header.anterior_to_posterior = header.superior_to_inferior = 0;
-    write_image_matrix_binary_multiple((folder + "/phantom.img").c_str(), study.get(), header,
-                                       scaled_to_extreme, 0.0F, 0.0F);
-    return 0;
+    if (std::string_view(keyword).ends_with('L')) {
+        header.right_on_left = header.anterior_to_posterior = header.superior_to_inferior = 0;
+    }
+    const Block<float> study = make_study(header, keyword);
+    INT_MaxPixelValue = 32767; // the highest integer in an ECAT 6 file
+    write_image_matrix_multiple(image, study.get(), header, create_format_setting(keyword), 0.0F,
+                                0.0F);
+    return examples::succeed();
 }

@@ -1,24 +1,50 @@
 #include "image/format_dispatch.h"
 
 #include "ecat/image_reader.h"
+#include "ecat/image_writer.h"
 #include "image/raw_header.h"
 #include "image/raw_reader.h"
+#include "image/raw_writer.h"
 #include "prefs/error_report.h"
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 #include <string_view>
 
 namespace velmorant
 {
 
+namespace
+{
+
+// A raw format, and what its files hold when they are written.
+struct RawFormat {
+    std::string_view keyword;
+    std::int32_t byte_order;
+    StoredType type;
+};
+
+} // namespace
+
 static constexpr std::string_view EcatKeyword = "CTI6";
-static constexpr std::array<std::string_view, 4> RawKeywords{"SHORTINT2B", "SHORTINT2L", "FLOATB",
-                                                             "FLOATL"};
+static constexpr std::array<RawFormat, 4> RawFormats{{{"SHORTINT2B", 1, StoredType::SignedShort},
+                                                      {"SHORTINT2L", 0, StoredType::SignedShort},
+                                                      {"FLOATB", 1, StoredType::Float},
+                                                      {"FLOATL", 0, StoredType::Float}}};
 
 [[noreturn]] static void report_unsupported_format()
 {
     print_error_message(1, "unspecified or unsupported file format");
+}
+
+static const RawFormat &find_raw_format(std::string_view keyword)
+{
+    const auto *found = std::ranges::find(RawFormats, keyword, &RawFormat::keyword);
+    if (found == RawFormats.end()) {
+        report_unsupported_format();
+    }
+    return *found;
 }
 
 void read_header(const char *header_name, ImageHeader &header, const char *keyword)
@@ -27,9 +53,7 @@ void read_header(const char *header_name, ImageHeader &header, const char *keywo
         read_header_cti6(header_name, header);
         return;
     }
-    if (std::ranges::find(RawKeywords, keyword) == RawKeywords.end()) {
-        report_unsupported_format();
-    }
+    find_raw_format(keyword);
     read_header_binary(header_name, header);
 }
 
@@ -49,6 +73,96 @@ void read_image_planes(const char *image_name, float *buffer, const ImageHeader 
         return read_image_planes_binary_float(image_name, buffer, header, selector);
     }
     report_unsupported_format();
+}
+
+std::size_t volume_index(const ImageHeader &header, std::int32_t frame, std::int32_t bed,
+                         const char *keyword)
+{
+    const std::int64_t frames = header.num_frames;
+    const std::int64_t beds = std::int64_t{header.num_beds} + 1;
+    const std::int64_t before = std::int64_t{frame} - 1;
+    return static_cast<std::size_t>(keyword == EcatKeyword ? before * beds + bed
+                                                           : frames * bed + before);
+}
+
+static bool is_ecat(const FormatSetting &settings)
+{
+    return format_keyword(settings) == EcatKeyword;
+}
+
+static void write_ecat(const char *image_name, const float *buffer, const ImageHeader &header,
+                       float threshold, float replacement)
+{
+    if (write_image_matrix_cti6(image_name, buffer, header, threshold, replacement) != 0) {
+        print_error_message(2, "can't write ", image_name);
+    }
+}
+
+// Makes the header that of a raw format. Returns whether that stores floats.
+static bool become_raw(ImageHeader &header, const FormatSetting &settings)
+{
+    const RawFormat &format = find_raw_format(format_keyword(settings));
+    header.byte_order = format.byte_order;
+    header.data_format = static_cast<std::int32_t>(format.type);
+    return format.type == StoredType::Float;
+}
+
+void write_image_header(const char *image_name, const float *buffer, ImageHeader &header,
+                        const FormatSetting &settings, float threshold, float /*replacement*/)
+{
+    if (is_ecat(settings)) {
+        std::puts("header information will be written with image data...");
+        return;
+    }
+    if (become_raw(header, settings)) {
+        write_image_header_binary_float(image_name, buffer, header, settings);
+    } else {
+        write_image_header_binary(image_name, buffer, header, settings, threshold);
+    }
+}
+
+void write_image_matrix(const char *image_name, float *buffer, ImageHeader &header,
+                        const FormatSetting &settings, float threshold, float replacement)
+{
+    if (is_ecat(settings)) {
+        write_ecat(image_name, buffer, header, threshold, replacement);
+        return;
+    }
+    const auto write =
+        become_raw(header, settings) ? write_image_matrix_binary_float : write_image_matrix_binary;
+    header.data_offset = 0;
+    write(image_name, buffer, header, settings, threshold, replacement);
+}
+
+void write_image_matrix_multiple(const char *image_name, float *buffer, ImageHeader &header,
+                                 const FormatSetting &settings, float threshold, float replacement)
+{
+    if (is_ecat(settings)) {
+        write_ecat(image_name, buffer, header, threshold, replacement);
+        return;
+    }
+    const auto write = become_raw(header, settings) ? write_image_matrix_binary_multiple_float
+                                                    : write_image_matrix_binary_multiple;
+    header.data_offset = 0;
+    write(image_name, buffer, header, settings, threshold, replacement);
+}
+
+float write_image_matrix_wo_header(const char *image_name, float *buffer, ImageHeader &header,
+                                   const FormatSetting &settings, float threshold,
+                                   float replacement)
+{
+    if (is_ecat(settings)) {
+        std::puts("images need to be written with a header in the CTI6 format...");
+        write_ecat(image_name, buffer, header, threshold, replacement);
+        return 0.0F;
+    }
+    if (become_raw(header, settings)) {
+        write_image_matrix_wo_header_binary_float(image_name, buffer, header, settings, threshold,
+                                                  replacement);
+        return 1.0F;
+    }
+    return write_image_matrix_wo_header_binary(image_name, buffer, header, settings, threshold,
+                                               replacement);
 }
 
 } // namespace velmorant

@@ -9,7 +9,7 @@ mkdir -p out
 cp "build/$preset/tiffgen" palettes/rainbow.plt out/
 cd out
 echo "== Making up a study: out/phantom.img, 4 frames at 2 bed positions"
-"../build/$preset/examples/make_phantom" .
+"../build/$preset/examples/make_phantom" SHORTINT2L phantom.img
 echo "== ./tiffgen phantom.img phantom 0.0 -f4 -s1"
 status=0
 ./tiffgen phantom.img phantom 0.0 -f4 -s1 || status=$?
