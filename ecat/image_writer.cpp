@@ -73,6 +73,13 @@ static MatMainHeader describe_study(const char *file_name, const ImageHeader &he
     return main_header;
 }
 
+// The origin is the middle pixel, a whole number of them.
+static float middle_pixel(std::int32_t pixels)
+{
+    const std::int32_t middle = pixels / 2;
+    return static_cast<float>(middle);
+}
+
 // What all planes have in common.
 static MatImageSubheader describe_plane(const ImageHeader &header)
 {
@@ -81,8 +88,8 @@ static MatImageSubheader describe_plane(const ImageHeader &header)
     subheader.num_dimensions = 2;
     subheader.x_dimension = wrap_to_int16(header.x_dim);
     subheader.y_dimension = wrap_to_int16(header.y_dim);
-    subheader.x_origin = static_cast<float>(header.x_dim / 2);
-    subheader.y_origin = static_cast<float>(header.y_dim / 2);
+    subheader.x_origin = middle_pixel(header.x_dim);
+    subheader.y_origin = middle_pixel(header.y_dim);
     subheader.recon_scale = 1.0F;
     subheader.pixel_size = header.pixel_size_x / 10.0F;
     subheader.slice_width = header.slice_thickness / 10.0F;

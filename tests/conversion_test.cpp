@@ -43,17 +43,16 @@ static const std::vector<Format> Formats{{"CTI6", {1, 1, 1}, 32767},
                                          {"FLOATB", {0, 0, 1}, 0},
                                          {"FLOATL", {1, 1, 0}, 0}};
 
-static constexpr int PlanePixels = 256;
+static constexpr std::size_t PlanePixels = 256;
 static constexpr float Highest = 2604.0F; // of all pixels
 
 // One of 3 planes of 32 x 8 pixels, no two of which are alike.
 static std::vector<float> make_plane(int frame, int bed, int slice)
 {
     std::vector<float> pixels(PlanePixels);
-    for (int i = 0; i < PlanePixels; ++i) {
-        pixels[static_cast<std::size_t>(i)] =
-            static_cast<float>(1000 * frame + 400 * bed + 70 * slice) +
-            0.25F * static_cast<float>(i * (slice + 1) % 257);
+    for (std::size_t i = 0; i < PlanePixels; ++i) {
+        pixels[i] = static_cast<float>(1000 * frame + 400 * bed + 70 * slice) +
+                    0.25F * static_cast<float>(i * static_cast<std::size_t>(slice + 1) % 257);
     }
     return pixels;
 }
