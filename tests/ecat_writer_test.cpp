@@ -311,7 +311,7 @@ TEST(EcatImageWriter, CoordinatesThatWrapAroundTakeTheOthersPlaces)
     const struct {
         std::int32_t frames, beds_after_first, slices;
         std::int32_t matrices;
-    } cases[] = {{1, 16, 1, 16},   {1, 15, 1, 16},     {1, 0, 257, 256},
+    } cases[] = {{1, 16, 2, 32},   {1, 15, 1, 16},     {1, 0, 257, 256},
                  {1, 0, 256, 256}, {4097, 0, 1, 4096}, {4096, 0, 1, 4096},
                  {-1, 0, 1, 0},    {1, -2, 1, 0},      {1, 0, -1, 0}};
     for (const auto &row : cases) {
@@ -320,7 +320,7 @@ TEST(EcatImageWriter, CoordinatesThatWrapAroundTakeTheOthersPlaces)
         header.num_beds = row.beds_after_first;
         header.num_slices = row.slices;
         std::vector<float> image(std::size_t{3} * 4097);
-        for (const std::size_t replacing : {16U, 256U, 4096U}) {
+        for (const std::size_t replacing : {32U, 256U, 4096U}) {
             image[3 * replacing] = 1.0F;
         }
         write_image_matrix_cti6("f.v", image.data(), header, 0, 0);
