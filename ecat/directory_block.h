@@ -30,8 +30,6 @@ struct MatDirEntry {
     std::int32_t first_block;   // the matrix's subheader, its data following
     std::int32_t last_block;    // the last block of its data
     std::int32_t status;        // 1 = written; not looked at
-
-    bool operator==(const MatDirEntry &) const = default;
 };
 
 struct DirectoryBlock {
@@ -40,8 +38,6 @@ struct DirectoryBlock {
     std::int32_t previous_block;
     std::int32_t used_entries;
     std::array<MatDirEntry, DirectoryBlockEntries> entries;
-
-    bool operator==(const DirectoryBlock &) const = default;
 };
 static_assert(sizeof(DirectoryBlock) == BlockBytes, "word for word as in the file");
 

@@ -18,8 +18,8 @@ using HeaderBlock = std::array<std::uint8_t, BlockBytes>;
 
 static constexpr std::int32_t MainHeaderBlock = 1;
 
-// What scan, attenuation and normalisation subheaders hold where no field covers it: the format's
-// programs have put these words there from the beginning. Nothing reads them.
+// What scan, attenuation and normalisation subheaders of this package hold where no field covers it.
+// Nothing reads these words.
 static constexpr ConstantWord ConstantWords[] = {
     {0, 256}, {1, 1},   {2, 22},  {3, -1},  {4, 25},  {5, 62},  {6, 79},   {7, 106},
     {24, 37}, {25, -1}, {61, 17}, {62, -1}, {78, 27}, {79, -1}, {105, 52}, {106, -1}};

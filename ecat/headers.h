@@ -32,9 +32,8 @@ void mat_read_norm_subheader(std::FILE *stream, std::int32_t block_number,
                              MatNormSubheader &subheader);
 
 // Write the header into block 1 of a file, or the subheader into the given block. The counterpart of
-// reading, field by field; bytes that no field covers become 0, save for the scan, attenuation and
-// normalisation subheaders, which begin with words that this format's programs have always put
-// there (ecat/headers.cpp lists them) and that no reader looks at. Return 0. A block that can't be
+// reading, field by field; bytes that no field covers become 0, or in scan, attenuation and
+// normalisation subheaders the constants that ecat/headers.cpp lists and nothing reads. Return 0. A block that can't be
 // written ends the process as `mat_wblk` does.
 std::int32_t mat_write_main_header(std::FILE *stream, const MatMainHeader &main_header);
 std::int32_t mat_write_image_subheader(std::FILE *stream, std::int32_t block_number,

@@ -188,7 +188,8 @@ static std::int32_t read_planes(const char *file_name, float *pixels, const Imag
                           std::span(pixels, static_cast<std::size_t>(size)), line_end);
         pixels += size;
     };
-    visit_planes(first, {last_frame, last_bed, header.num_slices}, read_next);
+    visit_planes(first, {.frame = last_frame, .plane = header.num_slices, .bed = last_bed},
+                 read_next);
     return study.close();
 }
 

@@ -47,8 +47,7 @@ std::int32_t read_header_cti6(const char *file_name, ImageHeader &header);
 // pixels beyond them are 0. Returns the result of closing the file.
 //
 // A plane that the directory lacks ends the process with status -1 and the first of the lines above,
-// without a line break. Dimensions that can't
-// be held are reported as `checked_plane_size` does.
+// without a line break. Dimensions that can't be held are reported as `checked_plane_size` does.
 std::int32_t read_image_planes_cti6(const char *file_name, float *pixels, const ImageHeader &header,
                                     const ImageMatrix &selector);
 

@@ -14,9 +14,12 @@
 #include "prefs/settings.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <ctime>
+#include <span>
 #include <string_view>
+#include <utility>
 
 namespace velmorant
 {
@@ -106,32 +109,26 @@ static FileHandle create_or_report(const char *file_name, const MatMainHeader &m
     return file;
 }
 
-// Whether each plane has a matrix number of its own. Otherwise a later one takes the place of an
-// earlier one, which has to be looked for from the beginning of the directory.
-static bool are_distinct(const ImageHeader &header)
-{
-    return header.num_frames <= 4096 && header.num_beds <= 15 && header.num_slices <= 256;
-}
-
 // Creates a file with all planes of an image. fill_plane: sets the stored integers of a plane, and
 // what its subheader says of them; called for plane after plane in the order of a buffer.
 template <class FillPlane>
 static std::int32_t write_planes(const char *file_name, const ImageHeader &header,
                                  const MatMainHeader &main_header, MatImageSubheader subheader,
-                                 std::span<std::int16_t> stored, FillPlane fill_plane)
+                                 std::span<const std::int16_t> stored, FillPlane fill_plane)
 {
     FileHandle file = create_or_report(file_name, main_header);
-    const bool distinct = are_distinct(header);
-    MatrixPlace place{.first_block = 0, .directory_block = FirstDirectoryBlock};
+    // A plane that shares its number with an earlier one takes its place, wherever that is.
+    const bool distinct = are_distinct(header.num_frames, header.num_slices, header.num_beds);
+    std::int32_t directory_block = FirstDirectoryBlock;
     const auto write_next = [&](const ImageMatrix &matrix) {
         fill_plane(subheader);
-        place = enter_matrix(file.get(), mat_numcod(matrix.frame, matrix.plane, 1, 0, matrix.bed),
-                             data_block_count(stored.size_bytes()),
-                             distinct ? place.directory_block : FirstDirectoryBlock);
-        mat_write_image_subheader(file.get(), place.first_block, subheader);
-        mat_write_idata(file.get(), wrap_add(place.first_block, 1), stored);
+        const std::uint32_t number = mat_numcod(matrix.frame, matrix.plane, 1, 0, matrix.bed);
+        const MatrixPlace place =
+            write_new_image(file.get(), number, subheader, stored, directory_block);
+        directory_block = distinct ? place.directory_block : FirstDirectoryBlock;
     };
-    visit_planes({1, 1, 1, 0, 0}, {header.num_frames, header.num_beds, header.num_slices},
+    visit_planes({.frame = 1, .plane = 1, .gate = 1, .data = 0, .bed = 0},
+                 {.frame = header.num_frames, .plane = header.num_slices, .bed = header.num_beds},
                  write_next);
     return mat_close(file.release());
 }
@@ -179,10 +176,10 @@ std::int32_t write_image_matrix_cti6(const char *file_name, const float *image,
     const std::span stored(integers.get(), count);
     const std::span pixels(floats.get(), count);
 
+    const Cutoff lowest{cutoff, replacement};
     const auto fill_plane = [&](MatImageSubheader &subheader) {
-        std::transform(image, image + size, pixels.begin(), [&](float pixel) {
-            return apply_cutoff({cutoff, replacement}, pixel);
-        });
+        std::transform(image, image + size, pixels.begin(),
+                       [&](float pixel) { return apply_cutoff(lowest, pixel); });
         image += size;
         subheader.scale_factor = find_extreme(pixels) / static_cast<float>(highest);
         store_pixels(pixels, subheader.scale_factor, stored);

@@ -9,9 +9,14 @@
 // stands for both). Orientation has no place in the file: pixels are stored in the standard one.
 //
 // Both create the file, or replace one that is there, and return the result of closing it. They end
-// the run with "can't open " and the file's name, and with the report of `checked_plane_size`; the
-// process with status -1 where a block can't be written, as `mat_wblk` says, which is the case
-// beyond 2 GiB. Counts of frames, beds, slices below 1, 0, 1 make a file without matrices.
+// the run with "can't open " and the file's name, with the report of `checked_plane_size` before the
+// file is touched, and with that of the allocators for an "in-plane buffer"; the process with status
+// -1 where a block can't be written, as `mat_wblk` says, which is the case beyond 2 GiB. A file cut
+// short stays behind. A header without frames, beds or slices makes a file without matrices.
+//
+// Frames above 4096, beds above 16 and slices above 256 wrap around in the matrix numbers, and take
+// the places of the first ones. Nothing here looks at that; see `check_format_limits`
+// (image/format_dispatch.h).
 
 #include "image/image_header.h"
 
@@ -28,7 +33,8 @@ namespace velmorant
 // precision). An integer is pixel / scale_factor (single precision) + 0.5 (double), truncated: half
 // a unit is rounded up above 0, and toward 0 below. The low 16 bits are stored; 0 where 32 are not
 // enough. A scale_factor of a magnitude up to 1e-20, or of NaN, stores 0. `INT_MaxPixelValue` comes
-// with the preferences; a program that reads none sets it itself, to 32767.
+// with the preferences (32700 there, if they don't say otherwise); a program that reads none has to
+// set it, because 0 makes every pixel 0.
 std::int32_t write_image_matrix_cti6(const char *file_name, const float *image,
                                      const ImageHeader &header, float cutoff, float replacement);
 

@@ -7,11 +7,12 @@
 // new directory block, made where all entries of the chain are taken, lies after the last matrix of
 // the one before it.
 //
-// A matrix that is there already keeps its place if its blocks, subheader included, are as many as
-// the new data alone. So one that has grown by a single block is not moved, though its last block is
-// then the one after its own, where the next matrix may begin: files stay laid out as the format's
-// programs have always done it. A matrix that has grown by more is abandoned, its blocks with it,
-// and entered anew behind.
+// A matrix that is there already keeps its place if its blocks, subheader included, are at least as
+// many as those of the new data alone. So one that has grown by a single block is not moved, though
+// its last block is then the one after its own, where the next matrix may begin: that is how this
+// package lays its files out. One that has grown by more is abandoned, its blocks with it, and gets
+// an entry further on. What counts is the last rewrite: blocks given up by a smaller one are
+// forgotten.
 
 #include "ecat/directory_block.h"
 

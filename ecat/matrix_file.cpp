@@ -16,7 +16,7 @@ static std::FILE *create(const char *file_name, const char *mode, const MatMainH
         return nullptr;
     }
     mat_write_main_header(stream, main_header);
-    const Block<DirectoryBlock> directory =
+    const auto directory =
         allocate_internal_buffer<DirectoryBlock>(1, "cannot allocate bufr for mat_create...");
     directory[0] = fresh_directory_block(0);
     write_directory_block(stream, FirstDirectoryBlock, directory[0]);

@@ -16,9 +16,12 @@ struct BitField {
 
 } // namespace
 
-// Frame, plane, gate, data and bed.
-static constexpr std::array<BitField, 5> BitFields{
-    {{0, 0xFFF}, {16, 0xFF}, {24, 0x3F}, {30, 0x3}, {12, 0xF}}};
+static constexpr BitField Frame{0, 0xFFF};
+static constexpr BitField Plane{16, 0xFF};
+static constexpr BitField Gate{24, 0x3F};
+static constexpr BitField Data{30, 0x3};
+static constexpr BitField Bed{12, 0xF};
+static constexpr std::array BitFields{Frame, Plane, Gate, Data, Bed};
 
 std::uint32_t mat_numcod(std::int32_t frame, std::int32_t plane, std::int32_t gate,
                          std::int32_t data, std::int32_t bed)
@@ -38,6 +41,18 @@ void mat_numdoc(std::uint32_t matrix_number, std::array<std::int32_t, 5> &coordi
         const BitField &field = BitFields.at(i);
         coordinates.at(i) = static_cast<std::int32_t>((matrix_number >> field.lowest) & field.mask);
     }
+}
+
+// Whether no two of so many consecutive coordinates wrap around to the same one.
+static bool has_room(const BitField &field, std::int64_t count)
+{
+    return count <= std::int64_t{field.mask} + 1;
+}
+
+bool are_distinct(std::int32_t frames, std::int32_t planes, std::int32_t last_bed)
+{
+    return has_room(Frame, frames) && has_room(Plane, planes) &&
+           has_room(Bed, std::int64_t{last_bed} + 1);
 }
 
 } // namespace velmorant

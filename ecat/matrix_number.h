@@ -24,4 +24,8 @@ std::uint32_t mat_numcod(std::int32_t frame, std::int32_t plane, std::int32_t ga
 // Unpacks a matrix number into frame, plane, gate, data and bed, in this order.
 void mat_numdoc(std::uint32_t matrix_number, std::array<std::int32_t, 5> &coordinates);
 
+// Whether each plane of an image has a number of its own: frames, and planes, from 1 to these, beds
+// from 0 to this one.
+bool are_distinct(std::int32_t frames, std::int32_t planes, std::int32_t last_bed);
+
 } // namespace velmorant

@@ -5,11 +5,12 @@
 #include "prefs/numbers.h"
 
 #include <algorithm>
+#include <array>
 
 namespace velmorant
 {
 
-std::int32_t data_block_count(std::size_t data_bytes)
+static std::int32_t data_block_count(std::size_t data_bytes)
 {
     return static_cast<std::int32_t>((data_bytes + BlockBytes - 1) / BlockBytes);
 }
@@ -45,23 +46,30 @@ void mat_write_fdata(std::FILE *stream, std::int32_t first_block, std::span<cons
 
 // Enters a matrix and writes its subheader and its data by the given procedures.
 template <class Subheader, class Value>
-static void write_matrix(std::FILE *stream, std::uint32_t matrix_number, const Subheader &subheader,
-                         std::span<const Value> data,
-                         std::int32_t (*write_subheader)(std::FILE *, std::int32_t,
-                                                         const Subheader &),
-                         void (*write_values)(std::FILE *, std::int32_t, std::span<const Value>))
+static MatrixPlace write_matrix(std::FILE *stream, std::uint32_t matrix_number,
+                                const Subheader &subheader, std::span<const Value> data,
+                                auto write_subheader, auto write_values,
+                                std::int32_t directory_block = FirstDirectoryBlock)
 {
-    const std::int32_t block =
-        mat_enter(stream, matrix_number, data_block_count(data.size_bytes()));
-    write_subheader(stream, block, subheader);
-    write_values(stream, wrap_add(block, 1), data);
+    const MatrixPlace place =
+        enter_matrix(stream, matrix_number, data_block_count(data.size_bytes()), directory_block);
+    write_subheader(stream, place.first_block, subheader);
+    write_values(stream, wrap_add(place.first_block, 1), data);
+    return place;
+}
+
+MatrixPlace write_new_image(std::FILE *stream, std::uint32_t matrix_number,
+                            const MatImageSubheader &subheader, std::span<const std::int16_t> data,
+                            std::int32_t directory_block)
+{
+    return write_matrix(stream, matrix_number, subheader, data, mat_write_image_subheader,
+                        mat_write_idata, directory_block);
 }
 
 void mat_write_image(std::FILE *stream, std::uint32_t matrix_number,
                      const MatImageSubheader &subheader, std::span<const std::int16_t> data)
 {
-    write_matrix(stream, matrix_number, subheader, data, mat_write_image_subheader,
-                 mat_write_idata);
+    write_new_image(stream, matrix_number, subheader, data, FirstDirectoryBlock);
 }
 
 void mat_write_scan(std::FILE *stream, std::uint32_t matrix_number,

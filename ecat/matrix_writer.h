@@ -18,14 +18,17 @@
 namespace velmorant
 {
 
-// Number of blocks that so many bytes of data take.
-std::int32_t data_block_count(std::size_t data_bytes);
-
 // Image planes and sinograms: 16-bit integers.
 void mat_write_image(std::FILE *stream, std::uint32_t matrix_number,
                      const MatImageSubheader &subheader, std::span<const std::int16_t> data);
 void mat_write_scan(std::FILE *stream, std::uint32_t matrix_number,
                     const MatScanSubheader &subheader, std::span<const std::int16_t> data);
+
+// `mat_write_image` for many new planes, which looks for the entry from the given block of the
+// directory on: see `enter_matrix`.
+MatrixPlace write_new_image(std::FILE *stream, std::uint32_t matrix_number,
+                            const MatImageSubheader &subheader, std::span<const std::int16_t> data,
+                            std::int32_t directory_block);
 
 // Attenuation and normalisation planes: VAX floats.
 void mat_write_attn(std::FILE *stream, std::uint32_t matrix_number,

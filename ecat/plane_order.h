@@ -14,8 +14,8 @@ namespace velmorant
 // The last coordinates of a run of planes.
 struct LastPlane {
     std::int32_t frame;
-    std::int32_t bed;
     std::int32_t plane;
+    std::int32_t bed;
 };
 
 // Calls `visit` with the matrix of each plane, in the order of a buffer: the frames from the first

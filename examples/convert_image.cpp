@@ -7,28 +7,35 @@
 
 #include "examples/ordinary_ending.h"
 #include "image/allocate.h"
+#include "image/cutoff.h"
 #include "image/format_dispatch.h"
 #include "image/image_geometry.h"
-#include "image/raw_header.h"
 #include "prefs/error_report.h"
 #include "prefs/settings.h"
 
 #include <cstdio>
 #include <filesystem>
-#include <limits>
-#include <string_view>
+#include <string>
+#include <system_error>
+#include <vector>
 
 using namespace velmorant;
 
-// Whether the output, or its text header, would take the place of the image's own.
-static bool would_replace(std::string_view from, const char *image, std::string_view to,
-                          const char *output)
+// No file that is read may be written, nor any file twice.
+static void check_files(const std::vector<std::string> &read,
+                        const std::vector<std::string> &written)
 {
-    std::error_code none_there;
-    const bool have_text_headers = from != "CTI6" && to != "CTI6";
-    return std::filesystem::equivalent(image, output, none_there) ||
-           (have_text_headers && std::filesystem::equivalent(header_file_name(image),
-                                                             header_file_name(output), none_there));
+    for (const std::string &output : written) {
+        for (const std::string &input : read) {
+            std::error_code not_there;
+            if (std::filesystem::equivalent(output, input, not_there)) {
+                print_error_message(2, "the output would replace ", input.c_str());
+            }
+        }
+    }
+    if (written.size() == 2 && written[0] == written[1]) {
+        print_error_message(2, "the output would replace its own header ", written[1].c_str());
+    }
 }
 
 // Reads every frame and bed, in the order in which the format `to` wants them.
@@ -36,12 +43,12 @@ static Block<float> read_study(const char *from, const char *image, const ImageH
                                const char *to)
 {
     const std::size_t size = checked_image_size(header);
-    const auto total = static_cast<std::int32_t>(checked_volume_count(header) * size);
-    Block<float> study(allocate_float(total, "study"));
+    Block<float> study(allocate_float(checked_study_size(header), "study"));
     for (std::int32_t frame = 1; frame <= header.num_frames; ++frame) {
         for (std::int32_t bed = 0; bed <= header.num_beds; ++bed) {
-            float *volume = study.get() + volume_index(header, frame, bed, to) * size;
-            read_image_planes(image, volume, header, {frame, 1, 1, 0, bed}, from);
+            const ImageMatrix volume{.frame = frame, .plane = 1, .gate = 1, .data = 0, .bed = bed};
+            float *place = study.get() + volume_index(header, frame, bed, to) * size;
+            read_image_planes(image, place, header, volume, from);
         }
     }
     return study;
@@ -57,20 +64,25 @@ int main(int argc, char **argv)
     const char *image = argv[2];
     const char *to = argv[3];
     const char *output = argv[4];
-    examples::begin();
-    if (would_replace(from, image, to, output)) {
-        print_error_message(2, "the output would replace the image: ", output);
-    }
+    examples::begin(std::string("convert_image: not converted: ") + image);
+    check_files(image_files(image, from), image_files(output, to));
 
     ImageHeader header{};
     create_standard_image_header(header);
     read_header(image, header, from);
+    header.num_gates = 1;
+    check_format_limits(header, to);
+    if (checked_study_size(header) == 0) {
+        print_error_message(2, "no pixels in ", image);
+    }
+    if (std::string(from) == "CTI6" && checked_plane_size(header) % 256 != 0) {
+        std::puts("warning: each plane's end, short of a block of 256 pixels, is read as 0");
+    }
     const Block<float> study = read_study(from, image, header, to);
 
-    header.num_gates = 1;
-    INT_MaxPixelValue = 32767; // the highest integer in an ECAT 6 file
-    constexpr float keep_all = -std::numeric_limits<float>::infinity();
-    write_image_matrix_multiple(output, study.get(), header, create_format_setting(to), keep_all,
+    INT_MaxPixelValue = 32700; // what the extreme of an ECAT 6 plane becomes
+    write_image_matrix_multiple(output, study.get(), header, create_format_setting(to), KeepAll,
                                 0.0F);
+    read_header(output, header, to); // or it is not converted
     return examples::succeed();
 }

@@ -9,6 +9,7 @@
 #include "examples/ordinary_ending.h"
 #include "examples/phantom.h"
 #include "image/allocate.h"
+#include "image/cutoff.h"
 #include "image/format_dispatch.h"
 #include "image/image_geometry.h"
 #include "prefs/numbers.h"
@@ -16,6 +17,7 @@
 
 #include <array>
 #include <cstdio>
+#include <string>
 #include <string_view>
 
 using namespace velmorant;
@@ -24,8 +26,7 @@ using namespace velmorant;
 static Block<float> make_study(const ImageHeader &header, const char *keyword)
 {
     const std::size_t size = checked_image_size(header);
-    const auto total = static_cast<std::int32_t>(checked_volume_count(header) * size);
-    Block<float> study(allocate_float(total, "phantom"));
+    Block<float> study(allocate_float(checked_study_size(header), "phantom"));
     for (std::int32_t frame = 1; frame <= header.num_frames; ++frame) {
         for (std::int32_t bed = 0; bed <= header.num_beds; ++bed) {
             float *volume = study.get() + volume_index(header, frame, bed, keyword) * size;
@@ -53,15 +54,16 @@ int main(int argc, char **argv)
     const auto [x_dim, y_dim, num_slices, frames, beds] = sizes;
     const char *keyword = argv[1];
     const char *image = argv[2];
-    examples::begin();
+    examples::begin(std::string("make_phantom: not made: ") + image);
 
     ImageHeader header = phantom::describe(x_dim, y_dim, num_slices, frames, beds);
     if (std::string_view(keyword).ends_with('L')) {
         header.right_on_left = header.anterior_to_posterior = header.superior_to_inferior = 0;
     }
+    check_format_limits(header, keyword);
     const Block<float> study = make_study(header, keyword);
-    INT_MaxPixelValue = 32767; // the highest integer in an ECAT 6 file
-    write_image_matrix_multiple(image, study.get(), header, create_format_setting(keyword), 0.0F,
+    INT_MaxPixelValue = 32700; // what the extreme of an ECAT 6 plane becomes
+    write_image_matrix_multiple(image, study.get(), header, create_format_setting(keyword), KeepAll,
                                 0.0F);
     return examples::succeed();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <limits>
+
 namespace velmorant
 {
 
@@ -8,6 +10,9 @@ struct Cutoff {
     float threshold;
     float replacement;
 };
+
+// A threshold that no pixel is below.
+inline constexpr float KeepAll = -std::numeric_limits<float>::infinity();
 
 // The pixel to write: the replacement for one below the threshold. NaN is below nothing.
 inline float apply_cutoff(const Cutoff &cutoff, float pixel)

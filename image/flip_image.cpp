@@ -1,6 +1,6 @@
 #include "image/flip_image.h"
-#include "image/image_geometry.h"
 
+#include "image/image_geometry.h"
 #include "prefs/error_report.h"
 
 #include <algorithm>

@@ -2,6 +2,7 @@
 
 #include "ecat/image_reader.h"
 #include "ecat/image_writer.h"
+#include "ecat/matrix_number.h"
 #include "image/raw_header.h"
 #include "image/raw_reader.h"
 #include "image/raw_writer.h"
@@ -10,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <limits>
 #include <string_view>
 
 namespace velmorant
@@ -75,6 +77,36 @@ void read_image_planes(const char *image_name, float *buffer, const ImageHeader 
     report_unsupported_format();
 }
 
+std::vector<std::string> image_files(const char *image_name, const char *keyword)
+{
+    if (keyword == EcatKeyword) {
+        return {image_name};
+    }
+    find_raw_format(keyword);
+    return {image_name, header_file_name(image_name)};
+}
+
+static std::string describe_study(const ImageHeader &header)
+{
+    return std::to_string(header.num_frames) + " frames at " +
+           std::to_string(std::int64_t{header.num_beds} + 1) + " beds of " +
+           std::to_string(header.x_dim) + " x " + std::to_string(header.y_dim) + " x " +
+           std::to_string(header.num_slices) + " pixels";
+}
+
+void check_format_limits(const ImageHeader &header, const char *keyword)
+{
+    if (keyword != EcatKeyword) {
+        find_raw_format(keyword);
+        return;
+    }
+    constexpr std::int32_t most_pixels = std::numeric_limits<std::int16_t>::max();
+    if (header.x_dim > most_pixels || header.y_dim > most_pixels ||
+        !are_distinct(header.num_frames, header.num_slices, header.num_beds)) {
+        print_error_message(2, "an ECAT 6 file can't hold ", describe_study(header).c_str());
+    }
+}
+
 std::size_t volume_index(const ImageHeader &header, std::int32_t frame, std::int32_t bed,
                          const char *keyword)
 {
@@ -98,13 +130,13 @@ static void write_ecat(const char *image_name, const float *buffer, const ImageH
     }
 }
 
-// Makes the header that of a raw format. Returns whether that stores floats.
-static bool become_raw(ImageHeader &header, const FormatSetting &settings)
+// Sets the header's storage to that of a raw format. Returns the type of its elements.
+static StoredType set_storage(ImageHeader &header, const FormatSetting &settings)
 {
     const RawFormat &format = find_raw_format(format_keyword(settings));
     header.byte_order = format.byte_order;
     header.data_format = static_cast<std::int32_t>(format.type);
-    return format.type == StoredType::Float;
+    return format.type;
 }
 
 void write_image_header(const char *image_name, const float *buffer, ImageHeader &header,
@@ -114,7 +146,7 @@ void write_image_header(const char *image_name, const float *buffer, ImageHeader
         std::puts("header information will be written with image data...");
         return;
     }
-    if (become_raw(header, settings)) {
+    if (set_storage(header, settings) == StoredType::Float) {
         write_image_header_binary_float(image_name, buffer, header, settings);
     } else {
         write_image_header_binary(image_name, buffer, header, settings, threshold);
@@ -128,10 +160,14 @@ void write_image_matrix(const char *image_name, float *buffer, ImageHeader &head
         write_ecat(image_name, buffer, header, threshold, replacement);
         return;
     }
-    const auto write =
-        become_raw(header, settings) ? write_image_matrix_binary_float : write_image_matrix_binary;
+    const StoredType type = set_storage(header, settings);
     header.data_offset = 0;
-    write(image_name, buffer, header, settings, threshold, replacement);
+    if (type == StoredType::Float) {
+        write_image_matrix_binary_float(image_name, buffer, header, settings, threshold,
+                                        replacement);
+    } else {
+        write_image_matrix_binary(image_name, buffer, header, settings, threshold, replacement);
+    }
 }
 
 void write_image_matrix_multiple(const char *image_name, float *buffer, ImageHeader &header,
@@ -141,10 +177,15 @@ void write_image_matrix_multiple(const char *image_name, float *buffer, ImageHea
         write_ecat(image_name, buffer, header, threshold, replacement);
         return;
     }
-    const auto write = become_raw(header, settings) ? write_image_matrix_binary_multiple_float
-                                                    : write_image_matrix_binary_multiple;
+    const StoredType type = set_storage(header, settings);
     header.data_offset = 0;
-    write(image_name, buffer, header, settings, threshold, replacement);
+    if (type == StoredType::Float) {
+        write_image_matrix_binary_multiple_float(image_name, buffer, header, settings, threshold,
+                                                 replacement);
+    } else {
+        write_image_matrix_binary_multiple(image_name, buffer, header, settings, threshold,
+                                           replacement);
+    }
 }
 
 float write_image_matrix_wo_header(const char *image_name, float *buffer, ImageHeader &header,
@@ -156,7 +197,7 @@ float write_image_matrix_wo_header(const char *image_name, float *buffer, ImageH
         write_ecat(image_name, buffer, header, threshold, replacement);
         return 0.0F;
     }
-    if (become_raw(header, settings)) {
+    if (set_storage(header, settings) == StoredType::Float) {
         write_image_matrix_wo_header_binary_float(image_name, buffer, header, settings, threshold,
                                                   replacement);
         return 1.0F;

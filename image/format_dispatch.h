@@ -12,13 +12,17 @@
 // Byte order and element type belong to writing, which puts them into the caller's header. Reading
 // takes them from the text header, so the four raw keywords read each other's files.
 //
-// A keyword that is none of the five ends the run with "unspecified or unsupported file format".
+// A keyword that is none of the five ends the run with "unspecified or unsupported file format". Here
+// and below, what ends the run does so by `print_error_message`: a line on standard output, and
+// status 0; or, for a block of an ECAT 6 file, by a line and status -1.
 
 #include "image/format_setting.h"
 #include "image/image_header.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
+#include <vector>
 
 namespace velmorant
 {
@@ -34,6 +38,14 @@ void read_header(const char *header_name, ImageHeader &header, const char *keywo
 void read_image_planes(const char *image_name, float *buffer, const ImageHeader &header,
                        const ImageMatrix &selector, const char *keyword);
 
+// The files of an image: its data and, in raw formats, its text header.
+std::vector<std::string> image_files(const char *image_name, const char *keyword);
+
+// Ends the run where a format can't hold every volume of an image. Raw formats always can; CTI6 has
+// room for 4096 frames, 16 beds and 256 slices of 32767 pixels each way: "an ECAT 6 file can't hold 3
+// frames at 20 beds of 128 x 128 x 40 pixels". The writers themselves let larger numbers wrap around.
+void check_format_limits(const ImageHeader &header, const char *keyword);
+
 // Where a frame (from 1) and bed (from 0) lie among all volumes of a file, counted from 0, when
 // `write_image_matrix_multiple` takes them from a buffer: CTI6 wants bed by bed within a frame, the
 // raw formats want frame by frame within a bed.
@@ -43,10 +55,13 @@ std::size_t volume_index(const ImageHeader &header, std::int32_t frame, std::int
 // Common to the writers below:
 //   buffer       pixels in the standard orientation; raw formats turn them to the header's while
 //                they are written, and back afterwards
-//   header       the raw formats set its byte_order and data_format, and it keeps them; CTI6
-//                changes nothing
+//   header       the raw formats set its byte_order and data_format, and it keeps them: the record
+//                with which an image was read no longer goes with that image. Its orientation is
+//                that of the written file; CTI6, which has none, leaves the record as it is
 //   settings     the keyword, and the quantisation of the raw 16-bit formats
-//   threshold, replacement   a pixel below the threshold is written as the replacement
+//   threshold, replacement   a pixel below the threshold is written as the replacement; `KeepAll`
+//                (image/cutoff.h) as the threshold keeps all
+// CTI6 scales its planes to `INT_MaxPixelValue`, which a program that reads no preferences has to set.
 // What is stored how, and what ends the run: image/raw_writer.h and ecat/image_writer.h.
 
 // Writes the text header alone, which states the record's data_offset. CTI6 has no header file:

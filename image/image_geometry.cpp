@@ -76,6 +76,11 @@ std::size_t checked_volume_count(const ImageHeader &header)
     return static_cast<std::size_t>(volumes);
 }
 
+std::int32_t checked_study_size(const ImageHeader &header)
+{
+    return static_cast<std::int32_t>(checked_volume_count(header) * checked_image_size(header));
+}
+
 void check_image_geometry(const ImageHeader &header, const char *file_name)
 {
     if (!is_legal(header)) {

@@ -24,6 +24,9 @@ std::int32_t checked_plane_size(const ImageHeader &header);
 // "illegal number of frames and beds: 2 and 70000".
 std::size_t checked_volume_count(const ImageHeader &header);
 
+// Number of pixels of all volumes of a file together, with the reports of both.
+std::int32_t checked_study_size(const ImageHeader &header);
+
 // The check of `checked_image_size` for a header just read, the report followed by " in " and the
 // file's name.
 void check_image_geometry(const ImageHeader &header, const char *file_name);

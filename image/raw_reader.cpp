@@ -1,9 +1,9 @@
 #include "image/raw_reader.h"
-#include "image/image_geometry.h"
 
 #include "image/decode_pixels.h"
 #include "image/file_piece.h"
 #include "image/flip_image.h"
+#include "image/image_geometry.h"
 #include "image/raw_header.h"
 #include "prefs/error_report.h"
 #include "prefs/file_handle.h"

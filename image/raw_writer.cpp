@@ -1,16 +1,19 @@
 #include "image/raw_writer.h"
-#include "image/image_geometry.h"
 
 #include "image/byte_order.h"
 #include "image/cutoff.h"
 #include "image/file_piece.h"
 #include "image/flip_image.h"
+#include "image/image_geometry.h"
 #include "image/raw_header.h"
 #include "image/short_scaling.h"
 #include "prefs/error_report.h"
 #include "prefs/file_handle.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <cstdio>
 #include <span>
 #include <utility>
 
@@ -123,7 +126,7 @@ static void write_data(const char *image_name, std::span<const float> pixels,
 // The pixels of all volumes of `extent`.
 static std::span<float> volumes_in(float *buffer, const ImageHeader &extent)
 {
-    return {buffer, checked_volume_count(extent) * checked_image_size(extent)};
+    return {buffer, static_cast<std::size_t>(checked_study_size(extent))};
 }
 
 // Writes the data file from pixels in the standard orientation.

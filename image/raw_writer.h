@@ -7,17 +7,22 @@
 //   buffer       pixels in the standard orientation. While they are written they are turned to the
 //                header's orientation in place, and back afterwards.
 //   header       geometry, orientation, byte order, data offset (that many zero bytes precede the
-//                data), and the numbers that the text header states. Of those, data_format is
-//                stated as it stands: the caller sets it to what the writer stores, 1 or 3.
+//                data), and what the text header states, save for pixel_scaling, which the writer
+//                finds. data_format is stated as it stands: the caller sets it to what the writer
+//                stores, 1 or 3.
 //   settings     the 16-bit writers look at the quantisation; nothing looks at the keyword.
 //   threshold, replacement   a pixel below the threshold is written as the replacement, see
-//                `apply_cutoff`.
+//                image/cutoff.h.
 //
 // The writers named ..._float store single-precision floats and state a scaling of 32700. The
 // others store signed 16-bit integers and state the scaling that `choose_short_scaling` finds for
 // the buffer with the threshold. An integer that overflows (see `quantise`) is stored as 0 after a
 // line "sval %f; fval %f; quant %f" with its value, the stated scaling and the integer; once the
 // file is written, "*** overflow pixel values (Signed Short Integers) set to 0 ***" follows.
+//
+// The scaling is stated with six decimals. An extreme below 0.03 is so stated less exactly than to
+// half a stored unit, and one below 0.0000005 as 0, with which a file can't be read back: images of
+// such small values are stored as floats, or in another unit.
 //
 // They end the run with "can't open " or "can't write " and the file's name, and with the reports
 // of `header_file_name`, `check_byte_order`, `checked_image_size`, `checked_volume_count` and

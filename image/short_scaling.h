@@ -21,8 +21,8 @@ struct ShortScaling {
 float find_pix_max(const float *buffer, std::size_t slice_pixels, std::size_t slices,
                    float threshold);
 
-// The scaling for a volume whose extreme is `extreme`. quantisation: 0 scales the extreme to 32700,
-// any other value is the number of stored units in 1.0.
+// The scaling for a volume whose extreme is `extreme`. quantisation: 0, or a magnitude of up to 1e-20,
+// scales the extreme to 32700; any other value is the number of stored units in 1.0.
 ShortScaling choose_short_scaling(float extreme, float quantisation);
 
 // What a 16-bit writer makes of one value. quantised: value / step, and half a unit more in the

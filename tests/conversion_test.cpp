@@ -145,34 +145,58 @@ TEST(Conversion, FailuresHaveOrdinaryStatuses)
     std::string gated = test::read_file("e.img");
     gated[380] = 2;
     test::write_file("gated.img", gated);
+    test::write_file("empty.img", std::string(1024, '\0'));
+    test::write_file("zero.hdr", test::text_header());
+    test::write_file("zero.img", "");
+    test::write_file("beds.hdr", test::text_header("number of beds :=16\n"));
+    const std::string no_gate = "matrix (1,1,2,0,0) not found...\n"
+                                "CHECK A POSSIBLE PROBLEM IN THE MAIN HEADER...\n"
+                                "THE PROGRAM MAY FAIL IN THE FURTHER PROCESSING...\n";
     const struct {
+        int status;
         std::vector<std::string> words;
-        std::string expected;
+        std::string said;
     } cases[] = {
-        {{"FLOATB", "a.img", "FLOATL"},
-         "Usage: convert_image FROM-KEYWORD IMAGE TO-KEYWORD OUTPUT\nstatus 2: "},
-        {{"FLOATB", "none.img", "CTI6", "b"}, "can't open none.hdr\nstatus 1: "},
-        {{"FLOATB", "a.img", "FLOAT", "b"}, "unspecified or unsupported file format\nstatus 1: "},
-        {{"CTI6", "cut.img", "FLOATL", "b"},
-         "fread error in mat_rblk (512 expected, 0 read)...\nstatus 1: "},
-        {{"FLOATB", "a.img", "CTI6", "/dev/full"},
-         "fwrite error in mat_wblk (512 expected, 0 written)...\nstatus 1: "},
-        {{"FLOATB", "a.img", "CTI6", "link.img"},
-         "the output would replace the image: link.img\nstatus 1: "},
-        {{"FLOATB", "a.img", "FLOATL", "a.v"},
-         "the output would replace the image: a.v\nstatus 1: "},
-        {{"FLOATB", "a.img", "CTI6", "a.v"}, "status 0: "},
-        {{"CTI6", "gated.img", "CTI6", "b"},
-         "matrix (1,1,2,0,0) not found...\nCHECK A POSSIBLE PROBLEM IN THE MAIN HEADER...\n"
-         "THE PROGRAM MAY FAIL IN THE FURTHER PROCESSING...\nstatus 0: "},
-        {{"CTI6", "b", "CTI6", "c"}, "status 0: "},
+        {0, {"FLOATB", "a.img", "CTI6", "a.v"}, ""},
+        {0, {"CTI6", "gated.img", "CTI6", "g"}, no_gate},
+        {0, {"CTI6", "g", "CTI6", "b"}, ""},
+        {0, {"FLOATB", "zero.img", "CTI6", "z"}, ""},
+        {0,
+         {"CTI6", "z", "FLOATB", "b"},
+         "warning: each plane's end, short of a block of 256 pixels, is read as 0\n"},
+        {1, {"FLOATB", "none.img", "CTI6", "b"}, "can't open none.hdr\n"},
+        {1, {"FLOATB", "a.img", "FLOAT", "b"}, "unspecified or unsupported file format\n"},
+        {1, {"CTI6", "empty.img", "FLOATL", "b"}, "no pixels in empty.img\n"},
+        {1,
+         {"CTI6", "cut.img", "FLOATL", "b"},
+         "fread error in mat_rblk (512 expected, 0 read)...\n"},
+        {1,
+         {"FLOATB", "a.img", "CTI6", "/dev/full"},
+         "fwrite error in mat_wblk (512 expected, 0 written)...\n"},
+        {1,
+         {"FLOATB", "zero.img", "SHORTINT2B", "b"},
+         "'pixel scaling value' not defined in b.hdr\n"},
+        {1,
+         {"FLOATB", "beds.img", "CTI6", "b"},
+         "an ECAT 6 file can't hold 1 frames at 17 beds of 3 x 2 x 3 pixels\n"},
+        {1, {"FLOATB", "a.img", "CTI6", "link.img"}, "the output would replace a.img\n"},
+        {1, {"FLOATB", "a.img", "FLOATL", "a.v"}, "the output would replace a.hdr\n"},
+        {1, {"FLOATB", "a.img", "CTI6", "a.hdr"}, "the output would replace a.hdr\n"},
+        {1,
+         {"CTI6", "e.img", "FLOATB", "o.hdr"},
+         "the output would replace its own header o.hdr\n"},
     };
     for (const auto &row : cases) {
-        EXPECT_EQ(run(CONVERT_IMAGE, row.words), row.expected);
+        const std::string ending =
+            row.status == 0 ? "status 0: "
+                            : "convert_image: not converted: " + row.words[1] + "\nstatus 1: ";
+        EXPECT_EQ(run(CONVERT_IMAGE, row.words), row.said + ending);
     }
     EXPECT_EQ(test::read_file("a.hdr") + test::read_file("a.img"), raw);
+    EXPECT_EQ(run(CONVERT_IMAGE, {"FLOATB", "a.img", "FLOATL"}),
+              "Usage: convert_image FROM-KEYWORD IMAGE TO-KEYWORD OUTPUT\nstatus 2: ");
     EXPECT_EQ(run(MAKE_PHANTOM, {"FLOATB", "none/p.img", "8", "8", "8"}),
-              "can't open none/p.hdr\nstatus 1: ");
+              "can't open none/p.hdr\nmake_phantom: not made: none/p.img\nstatus 1: ");
     EXPECT_EQ(run(MAKE_PHANTOM, {"FLOATB", "p.img", "8", "x", "8"}),
               "make_phantom: not a size: x\nstatus 2: ");
 }

@@ -4,6 +4,7 @@
 #include "ecat/image_writer.h"
 #include "ecat/matrix_file.h"
 #include "ecat/matrix_writer.h"
+#include "image/cutoff.h"
 #include "image/old_layout.h"
 #include "prefs/file_handle.h"
 #include "prefs/settings.h"
@@ -283,19 +284,24 @@ TEST(EcatImageWriter, StoresEachPlaneInItsOwnScale)
     ImageHeader header = small_header();
     header.num_frames = 1;
     header.num_beds = 0;
-    write_image_matrix_cti6("f.v", std::vector<float>{5, -2e19F, 0, 2e19F, -3e38F, 1e19F}.data(),
-                            header, -inf, 0);
+    const std::vector<float> huge{5, -2e19F, 0, -3e38F, -1e30F, -1e32F};
+    write_image_matrix_cti6("f.v", huge.data(), header, KeepAll, 0);
     EXPECT_EQ(read_block(3).substr(172, 4), std::string("\x80\0\0\0", 4)) << "infinity";
-    EXPECT_EQ(read_block(6).substr(0, 6), test::stored_integers({100, 0, 50}, 2, false));
+    EXPECT_EQ(read_block(6).substr(0, 6), test::stored_integers({0, 100, 10000}, 2, false));
 }
 
 TEST(EcatImageWriter, CreatesFilesOfEmptyPlanes)
 {
     const test::EmptyFolder folder;
-    EXPECT_EQ(create_image_matrix_cti6(LongName, small_header()), 0);
+    ImageHeader header = small_header();
+    header.y_dim = 4;
+    header.pixel_size_y = 7.0F;
+    EXPECT_EQ(create_image_matrix_cti6(LongName, header), 0);
     const std::string source = std::string("n/a\0", 4) + Source.substr(4);
     test::EcatFile expected = small_file(source, date_in(LongName), "processed");
     for (int block = 3; block < 19; block += 2) {
+        expected.put16(block, 134, {4});
+        expected.put16(block, 164, {0x4100, 0}); // the middle row, 2
         expected.put16(block, 172, {0x4080, 0, 0, 0});
         expected.put16(block, 236, {2});
         expected.put16(block, 376, {1});
