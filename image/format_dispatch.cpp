@@ -153,8 +153,12 @@ void write_image_header(const char *image_name, const float *buffer, ImageHeader
     }
 }
 
-void write_image_matrix(const char *image_name, float *buffer, ImageHeader &header,
-                        const FormatSetting &settings, float threshold, float replacement)
+using RawWriter = decltype(write_image_matrix_binary);
+
+// Writes an image with its header. write_floats, write_shorts: what does so in raw formats.
+static void write_image(const char *image_name, float *buffer, ImageHeader &header,
+                        const FormatSetting &settings, float threshold, float replacement,
+                        RawWriter *write_floats, RawWriter *write_shorts)
 {
     if (is_ecat(settings)) {
         write_ecat(image_name, buffer, header, threshold, replacement);
@@ -162,30 +166,22 @@ void write_image_matrix(const char *image_name, float *buffer, ImageHeader &head
     }
     const StoredType type = set_storage(header, settings);
     header.data_offset = 0;
-    if (type == StoredType::Float) {
-        write_image_matrix_binary_float(image_name, buffer, header, settings, threshold,
-                                        replacement);
-    } else {
-        write_image_matrix_binary(image_name, buffer, header, settings, threshold, replacement);
-    }
+    const auto write = type == StoredType::Float ? write_floats : write_shorts;
+    write(image_name, buffer, header, settings, threshold, replacement);
+}
+
+void write_image_matrix(const char *image_name, float *buffer, ImageHeader &header,
+                        const FormatSetting &settings, float threshold, float replacement)
+{
+    write_image(image_name, buffer, header, settings, threshold, replacement,
+                write_image_matrix_binary_float, write_image_matrix_binary);
 }
 
 void write_image_matrix_multiple(const char *image_name, float *buffer, ImageHeader &header,
                                  const FormatSetting &settings, float threshold, float replacement)
 {
-    if (is_ecat(settings)) {
-        write_ecat(image_name, buffer, header, threshold, replacement);
-        return;
-    }
-    const StoredType type = set_storage(header, settings);
-    header.data_offset = 0;
-    if (type == StoredType::Float) {
-        write_image_matrix_binary_multiple_float(image_name, buffer, header, settings, threshold,
-                                                 replacement);
-    } else {
-        write_image_matrix_binary_multiple(image_name, buffer, header, settings, threshold,
-                                           replacement);
-    }
+    write_image(image_name, buffer, header, settings, threshold, replacement,
+                write_image_matrix_binary_multiple_float, write_image_matrix_binary_multiple);
 }
 
 float write_image_matrix_wo_header(const char *image_name, float *buffer, ImageHeader &header,

@@ -152,6 +152,7 @@ TEST(Conversion, FailuresHaveOrdinaryStatuses)
     const std::string no_gate = "matrix (1,1,2,0,0) not found...\n"
                                 "CHECK A POSSIBLE PROBLEM IN THE MAIN HEADER...\n"
                                 "THE PROGRAM MAY FAIL IN THE FURTHER PROCESSING...\n";
+    // clang-format off
     const struct {
         int status;
         std::vector<std::string> words;
@@ -161,31 +162,23 @@ TEST(Conversion, FailuresHaveOrdinaryStatuses)
         {0, {"CTI6", "gated.img", "CTI6", "g"}, no_gate},
         {0, {"CTI6", "g", "CTI6", "b"}, ""},
         {0, {"FLOATB", "zero.img", "CTI6", "z"}, ""},
-        {0,
-         {"CTI6", "z", "FLOATB", "b"},
+        {0, {"CTI6", "z", "FLOATB", "b"},
          "warning: each plane's end, short of a block of 256 pixels, is read as 0\n"},
         {1, {"FLOATB", "none.img", "CTI6", "b"}, "can't open none.hdr\n"},
         {1, {"FLOATB", "a.img", "FLOAT", "b"}, "unspecified or unsupported file format\n"},
         {1, {"CTI6", "empty.img", "FLOATL", "b"}, "no pixels in empty.img\n"},
-        {1,
-         {"CTI6", "cut.img", "FLOATL", "b"},
-         "fread error in mat_rblk (512 expected, 0 read)...\n"},
-        {1,
-         {"FLOATB", "a.img", "CTI6", "/dev/full"},
+        {1, {"CTI6", "cut.img", "FLOATL", "b"}, "fread error in mat_rblk (512 expected, 0 read)...\n"},
+        {1, {"FLOATB", "a.img", "CTI6", "/dev/full"},
          "fwrite error in mat_wblk (512 expected, 0 written)...\n"},
-        {1,
-         {"FLOATB", "zero.img", "SHORTINT2B", "b"},
-         "'pixel scaling value' not defined in b.hdr\n"},
-        {1,
-         {"FLOATB", "beds.img", "CTI6", "b"},
+        {1, {"FLOATB", "zero.img", "SHORTINT2B", "b"}, "'pixel scaling value' not defined in b.hdr\n"},
+        {1, {"FLOATB", "beds.img", "CTI6", "b"},
          "an ECAT 6 file can't hold 1 frames at 17 beds of 3 x 2 x 3 pixels\n"},
         {1, {"FLOATB", "a.img", "CTI6", "link.img"}, "the output would replace a.img\n"},
         {1, {"FLOATB", "a.img", "FLOATL", "a.v"}, "the output would replace a.hdr\n"},
         {1, {"FLOATB", "a.img", "CTI6", "a.hdr"}, "the output would replace a.hdr\n"},
-        {1,
-         {"CTI6", "e.img", "FLOATB", "o.hdr"},
-         "the output would replace its own header o.hdr\n"},
+        {1, {"CTI6", "e.img", "FLOATB", "o.hdr"}, "the output would replace its own header o.hdr\n"},
     };
+    // clang-format on
     for (const auto &row : cases) {
         const std::string ending =
             row.status == 0 ? "status 0: "
