@@ -122,7 +122,8 @@ static std::int32_t write_planes(const char *file_name, const ImageHeader &heade
     std::int32_t directory_block = FirstDirectoryBlock;
     const auto write_next = [&](const ImageMatrix &matrix) {
         fill_plane(subheader);
-        const std::uint32_t number = mat_numcod(matrix.frame, matrix.plane, 1, 0, matrix.bed);
+        const std::uint32_t number =
+            mat_numcod(matrix.frame, matrix.plane, matrix.gate, matrix.data, matrix.bed);
         const MatrixPlace place =
             write_new_image(file.get(), number, subheader, stored, directory_block);
         directory_block = distinct ? place.directory_block : FirstDirectoryBlock;
