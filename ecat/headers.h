@@ -33,8 +33,8 @@ void mat_read_norm_subheader(std::FILE *stream, std::int32_t block_number,
 
 // Write the header into block 1 of a file, or the subheader into the given block. The counterpart of
 // reading, field by field; bytes that no field covers become 0, or in scan, attenuation and
-// normalisation subheaders the constants that ecat/headers.cpp lists and nothing reads. Return 0. A block that can't be
-// written ends the process as `mat_wblk` does.
+// normalisation subheaders the constants that ecat/headers.cpp lists and nothing reads. Return 0. A
+// block that can't be written ends the process as `mat_wblk` does.
 std::int32_t mat_write_main_header(std::FILE *stream, const MatMainHeader &main_header);
 std::int32_t mat_write_image_subheader(std::FILE *stream, std::int32_t block_number,
                                        const MatImageSubheader &subheader);

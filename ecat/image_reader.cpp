@@ -152,6 +152,11 @@ std::int32_t read_header_cti6(const char *file_name, ImageHeader &header)
 
 static constexpr std::int32_t BlockPixels = BlockBytes / sizeof(std::int16_t);
 
+std::int32_t unread_pixels_cti6(const ImageHeader &header)
+{
+    return checked_plane_size(header) % BlockPixels;
+}
+
 // Fills `pixels` from one plane. stored: room for as many 16-bit integers, those beyond the plane's
 // last block 0. line_end: what ends the line about a missing plane.
 template <std::endian Order>

@@ -51,12 +51,15 @@ std::int32_t read_header_cti6(const char *file_name, ImageHeader &header);
 std::int32_t read_image_planes_cti6(const char *file_name, float *pixels, const ImageHeader &header,
                                     const ImageMatrix &selector);
 
-// The same for a file whose pixels, alone of all its numbers, are big-endian.
+// How many pixels at the end of each plane are beyond its data blocks, so that they are 0.
+std::int32_t unread_pixels_cti6(const ImageHeader &header);
+
+// `read_image_planes_cti6` for a file whose pixels, alone of all its numbers, are big-endian.
 std::int32_t read_image_planes_cti6_swap_byte_order(const char *file_name, float *pixels,
                                                     const ImageHeader &header,
                                                     const ImageMatrix &selector);
 
-// The same for many volumes, one after the other: the frames from the selector's to num_frames,
+// And for many volumes, one after the other, as stored: the frames from the selector's to num_frames,
 // in each the beds from the selector's to num_beds, in each the planes from the selector's to
 // num_slices. The line about a missing plane ends with a line break.
 std::int32_t read_image_matrix_cti6(const char *file_name, float *pixels, const ImageHeader &header,

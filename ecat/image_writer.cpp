@@ -24,11 +24,11 @@
 namespace velmorant
 {
 
-// Copies a text to the beginning of a field, at most as many characters as there is room for.
-template <std::size_t Width>
-static void put_text(std::array<char, Width> &field, std::string_view text)
+// Copies a text to the beginning of each field, at most as many characters as there is room for.
+template <std::size_t... Widths>
+static void put_text(std::string_view text, std::array<char, Widths> &...fields)
 {
-    std::ranges::copy(text.substr(0, Width), field.begin());
+    (std::ranges::copy(text.substr(0, Widths), fields.begin()), ...);
 }
 
 static void put_date(MatMainHeader &main_header)
@@ -46,28 +46,23 @@ static constexpr std::size_t SourceNameLength = 18;
 static MatMainHeader describe_study(const char *file_name, const ImageHeader &header)
 {
     MatMainHeader main_header{};
-    put_text(main_header.source_file_name, std::string_view(file_name).substr(0, SourceNameLength));
+    put_text(std::string_view(file_name).substr(0, SourceNameLength), main_header.source_file_name);
     main_header.software_version = 2;
     main_header.data_type = 2;
     main_header.system_type = 0;
     main_header.file_type = 2;
     put_date(main_header);
     main_header.isotope_halflife = 1.0F;
-    put_text(main_header.node_id, "n/a");
-    put_text(main_header.isotope_code, "n/a");
-    put_text(main_header.radiopharmaceutical, "n/a");
-    put_text(main_header.operator_name, "n/a");
-    put_text(main_header.user_process_code, "n/a");
-    put_text(main_header.study_name, "VELMORANT");
-    put_text(main_header.patient_name, "Computer Generated");
+    put_text("n/a", main_header.node_id, main_header.isotope_code, main_header.radiopharmaceutical,
+             main_header.operator_name, main_header.user_process_code);
+    put_text("VELMORANT", main_header.study_name);
+    put_text("Computer Generated", main_header.patient_name);
     main_header.patient_sex = 'U';
     main_header.patient_dexterity = 'U';
-    put_text(main_header.patient_age, "0");
-    put_text(main_header.patient_height, "0");
-    put_text(main_header.patient_weight, "0");
-    put_text(main_header.physician_name, "Orlavesk Tarn");
-    put_text(main_header.study_description, "VELMORANT Analysis");
-    put_text(main_header.facility_name, "Hollin Centre");
+    put_text("0", main_header.patient_age, main_header.patient_height, main_header.patient_weight);
+    put_text("Orlavesk Tarn", main_header.physician_name);
+    put_text("VELMORANT Analysis", main_header.study_description);
+    put_text("Hollin Centre", main_header.facility_name);
     main_header.num_planes = wrap_to_int16(header.num_slices);
     main_header.num_frames = wrap_to_int16(header.num_frames);
     main_header.num_gates = wrap_to_int16(header.num_gates);
@@ -187,7 +182,7 @@ std::int32_t write_image_matrix_cti6(const char *file_name, const float *image,
     };
     MatImageSubheader subheader = describe_plane(header);
     subheader.image_max = highest;
-    put_text(subheader.annotation, "VELMORANT");
+    put_text("VELMORANT", subheader.annotation);
     return write_planes(file_name, header, describe_study(file_name, header), subheader, stored,
                         fill_plane);
 }
@@ -200,13 +195,13 @@ std::int32_t create_image_matrix_cti6(const char *file_name, const ImageHeader &
 
     // What is left of the file's name stays behind the zero.
     MatMainHeader main_header = describe_study(file_name, header);
-    put_text(main_header.source_file_name, "n/a\0"sv);
+    put_text("n/a\0"sv, main_header.source_file_name);
     MatImageSubheader subheader = describe_plane(header);
     subheader.scale_factor = 1.0F;
     subheader.filter_code = 2;
     subheader.processing_code = 1;
     subheader.recon_start_day = 1;
-    put_text(subheader.annotation, "processed");
+    put_text("processed", subheader.annotation);
     return write_planes(file_name, header, main_header, subheader,
                         {zeros.get(), static_cast<std::size_t>(size)}, [](MatImageSubheader &) {});
 }

@@ -44,15 +44,14 @@ void mat_numdoc(std::uint32_t matrix_number, std::array<std::int32_t, 5> &coordi
 }
 
 // Whether no two of so many consecutive coordinates wrap around to the same one.
-static bool has_room(const BitField &field, std::int64_t count)
+static bool holds(const BitField &field, std::int64_t count)
 {
     return count <= std::int64_t{field.mask} + 1;
 }
 
 bool are_distinct(std::int32_t frames, std::int32_t planes, std::int32_t last_bed)
 {
-    return has_room(Frame, frames) && has_room(Plane, planes) &&
-           has_room(Bed, std::int64_t{last_bed} + 1);
+    return holds(Frame, frames) && holds(Plane, planes) && holds(Bed, std::int64_t{last_bed} + 1);
 }
 
 } // namespace velmorant

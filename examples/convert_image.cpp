@@ -75,7 +75,7 @@ int main(int argc, char **argv)
     if (checked_study_size(header) == 0) {
         print_error_message(2, "no pixels in ", image);
     }
-    if (std::string(from) == "CTI6" && checked_plane_size(header) % 256 != 0) {
+    if (unread_pixels(header, from) > 0) {
         std::puts("warning: each plane's end, short of a block of 256 pixels, is read as 0");
     }
     const Block<float> study = read_study(from, image, header, to);

@@ -107,6 +107,11 @@ void check_format_limits(const ImageHeader &header, const char *keyword)
     }
 }
 
+std::int32_t unread_pixels(const ImageHeader &header, const char *keyword)
+{
+    return keyword == EcatKeyword ? unread_pixels_cti6(header) : 0;
+}
+
 std::size_t volume_index(const ImageHeader &header, std::int32_t frame, std::int32_t bed,
                          const char *keyword)
 {

@@ -46,9 +46,13 @@ std::vector<std::string> image_files(const char *image_name, const char *keyword
 // frames at 20 beds of 128 x 128 x 40 pixels". The writers themselves let larger numbers wrap around.
 void check_format_limits(const ImageHeader &header, const char *keyword);
 
+// How many pixels at the end of each plane a format's reader leaves 0: none in raw formats, those
+// that don't fill a block of 256 in CTI6.
+std::int32_t unread_pixels(const ImageHeader &header, const char *keyword);
+
 // Where a frame (from 1) and bed (from 0) lie among all volumes of a file, counted from 0, when
 // `write_image_matrix_multiple` takes them from a buffer: CTI6 wants bed by bed within a frame, the
-// raw formats want frame by frame within a bed.
+// raw formats, which every other keyword counts as, want frame by frame within a bed.
 std::size_t volume_index(const ImageHeader &header, std::int32_t frame, std::int32_t bed,
                          const char *keyword);
 
