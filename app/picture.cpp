@@ -34,12 +34,6 @@ struct FreeTiffMemory {
 };
 using TiffLine = std::unique_ptr<std::uint8_t[], FreeTiffMemory>;
 
-struct PictureSize {
-    std::int16_t width;
-    std::int16_t height;
-    std::int16_t montage_width; // what of the montage the picture shows
-};
-
 } // namespace
 
 static bool fits_picture(std::int64_t length)
@@ -47,7 +41,7 @@ static bool fits_picture(std::int64_t length)
     return length >= 1 && length <= std::numeric_limits<std::int16_t>::max();
 }
 
-static PictureSize picture_size(const PictureStyle &style)
+PictureSize measure_picture(const PictureStyle &style)
 {
     const std::int64_t montage_width = std::int64_t{style.grid.columns} * style.grid.slice_width;
     const std::int64_t width = montage_width + (style.scale_bar ? style.bar_width : 0);
@@ -142,9 +136,8 @@ static void write_rows(TIFF *tiff, const float *volume, const ImageHeader &heade
 }
 
 void write_picture(const char *tiff_name, const float *volume, const ImageHeader &header,
-                   const PictureStyle &style)
+                   const PictureStyle &style, const PictureSize &size)
 {
-    const PictureSize size = picture_size(style);
     // By default the library prints its errors and warnings on standard error.
     TIFFSetErrorHandler(nullptr);
     TIFFSetWarningHandler(nullptr);

@@ -19,14 +19,23 @@ struct PictureStyle {
     float bar_length;       // fraction of the picture's height
 };
 
+// In pixels.
+struct PictureSize {
+    std::int16_t width;
+    std::int16_t height;
+    std::int16_t montage_width; // what of the montage the picture shows
+};
+
+// The size of a picture. Ends the run with "Illegal picture size " and the size, where width or
+// height are not within 1 and 32767: a picture holds them as signed 16-bit integers.
+PictureSize measure_picture(const PictureStyle &style);
+
 // Renders a volume row by row into an uncompressed TIFF file, 8 bits a sample: gray, or RGB through
 // the tables of app/palette.h. One line of the picture is all that it holds beside the volume.
 //
-// Ends the run with "Illegal picture size " and the size, before the file is touched, where width
-// or height are not within 1 and 32767: a picture holds them as signed 16-bit integers. Ends it
-// with "Can't write tiff file" where the file can't be created, and with "can't allocate memory for
-// scan line". When a row can't be written the rest is left out without a word.
+// Ends the run with "Can't write tiff file" where the file can't be created, and with "can't allocate
+// memory for scan line". When a row can't be written the rest is left out without a word.
 void write_picture(const char *tiff_name, const float *volume, const ImageHeader &header,
-                   const PictureStyle &style);
+                   const PictureStyle &style, const PictureSize &size);
 
 } // namespace velmorant

@@ -1,6 +1,6 @@
 #include "ecat/blocks.h"
 
-#include <cstdlib>
+#include "prefs/end_run.h"
 
 namespace velmorant
 {
@@ -40,14 +40,14 @@ static void move_blocks(std::FILE *stream, std::int32_t first_block, std::int32_
     if (std::fseek(stream, block_offset(first_block), SEEK_SET) != 0) {
         std::printf("fseek error in %s (blkno %d, nblks %d)...\n", operation, first_block,
                     block_count);
-        std::exit(-1);
+        end_run(-1);
     }
     const auto expected = static_cast<std::int32_t>(wrapped_bytes(block_count));
     const std::size_t moved = expected < 0 ? 0 : transfer(static_cast<std::size_t>(expected));
     if (static_cast<std::int32_t>(moved) != expected) {
         std::printf("%s error in %s (%d expected, %d %s)...\n", verb, operation, expected,
                     static_cast<std::int32_t>(moved), done);
-        std::exit(-1);
+        end_run(-1);
     }
     std::rewind(stream);
 }

@@ -8,11 +8,11 @@
 #include "image/allocate.h"
 #include "image/decode_pixels.h"
 #include "image/image_geometry.h"
+#include "prefs/end_run.h"
 #include "prefs/error_report.h"
 #include "prefs/file_handle.h"
 
 #include <cmath>
-#include <cstdlib>
 
 namespace velmorant
 {
@@ -109,13 +109,29 @@ static bool visit_matrix(OpenStudy &study, const ImageMatrix &matrix, CommonGeom
     return true;
 }
 
+static bool promises_matrices(const ImageHeader &header)
+{
+    return header.num_frames >= 1 && header.num_slices >= 1 && header.num_gates >= 1 &&
+           header.num_beds >= 0;
+}
+
+// Visits every matrix that the header promises. A damaged header may promise thousands of millions;
+// the file's own matrices bound the visit.
 static CommonGeometry visit_matrices(OpenStudy &study, const ImageHeader &promised)
 {
+    const ImageMatrix counts = shorten_runs({.frame = promised.num_frames,
+                                             .plane = promised.num_slices,
+                                             .gate = promised.num_gates,
+                                             .data = 1,
+                                             .bed = promised.num_beds + 1});
     CommonGeometry geometry{};
-    for (std::int32_t bed = 0; bed <= promised.num_beds; ++bed) {
-        for (std::int32_t frame = 1; frame <= promised.num_frames; ++frame) {
-            for (std::int32_t plane = 1; plane <= promised.num_slices; ++plane) {
-                for (std::int32_t gate = 1; gate <= promised.num_gates; ++gate) {
+    if (!promises_matrices(promised)) {
+        return geometry;
+    }
+    for (std::int32_t bed = 0; bed < counts.bed; ++bed) {
+        for (std::int32_t frame = 1; frame <= counts.frame; ++frame) {
+            for (std::int32_t plane = 1; plane <= counts.plane; ++plane) {
+                for (std::int32_t gate = 1; gate <= counts.gate; ++gate) {
                     if (!visit_matrix(study, {frame, plane, gate, 0, bed}, geometry)) {
                         return geometry;
                     }
@@ -166,7 +182,7 @@ static void read_plane(OpenStudy &study, const ImageMatrix &matrix, std::int16_t
     const MatDirEntry *entry = find_or_say(study, matrix);
     if (entry == nullptr) {
         std::fputs(line_end, stdout);
-        std::exit(-1);
+        end_run(-1);
     }
     std::FILE *stream = study.file.get();
     MatImageSubheader subheader{};

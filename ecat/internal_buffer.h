@@ -1,6 +1,7 @@
 #pragma once
 
 #include "image/allocate.h"
+#include "prefs/end_run.h"
 
 #include <cstddef>
 #include <cstdio>
@@ -17,7 +18,7 @@ Block<Element> allocate_internal_buffer(std::size_t count, const char *complaint
     void *block = std::calloc(count, sizeof(Element));
     if (block == nullptr) {
         std::puts(complaint);
-        std::exit(-1);
+        end_run(-1);
     }
     return Block<Element>(static_cast<Element *>(block));
 }

@@ -9,7 +9,8 @@ namespace velmorant
 
 // Creates an ECAT 6 matrix file, or empties one that is there: the main header in block 1, and an
 // empty directory in block 2. Returns the stream, open for reading and writing, which is closed with
-// `mat_close`, or null where the file can't be opened; the caller reports. A block that can't be
+// `mat_close`, or null where the file can't be opened, or its close tells that it wasn't
+// written; the caller reports. A block that can't be
 // written ends the process as `mat_wblk` does; without memory for the directory block, it ends with
 // status -1 after "cannot allocate bufr for mat_create...".
 //

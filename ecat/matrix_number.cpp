@@ -43,6 +43,22 @@ void mat_numdoc(std::uint32_t matrix_number, std::array<std::int32_t, 5> &coordi
     }
 }
 
+// Beyond one round and the step into the next all that is new is where it ends.
+static std::int32_t shorten_run(const BitField &field, std::int32_t count)
+{
+    const auto round = static_cast<std::int32_t>(field.mask) + 1;
+    return count <= round ? count : round + 1 + (count - 1) % round;
+}
+
+ImageMatrix shorten_runs(const ImageMatrix &counts)
+{
+    return {.frame = shorten_run(Frame, counts.frame),
+            .plane = shorten_run(Plane, counts.plane),
+            .gate = shorten_run(Gate, counts.gate),
+            .data = shorten_run(Data, counts.data),
+            .bed = shorten_run(Bed, counts.bed)};
+}
+
 // Whether no two of so many consecutive coordinates wrap around to the same one.
 static bool holds(const BitField &field, std::int64_t count)
 {

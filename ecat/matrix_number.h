@@ -1,5 +1,7 @@
 #pragma once
 
+#include "image/image_header.h"
+
 #include <array>
 #include <cstdint>
 
@@ -23,6 +25,11 @@ std::uint32_t mat_numcod(std::int32_t frame, std::int32_t plane, std::int32_t ga
 
 // Unpacks a matrix number into frame, plane, gate, data and bed, in this order.
 void mat_numdoc(std::uint32_t matrix_number, std::array<std::int32_t, 5> &coordinates);
+
+// Reduces how many there are of each coordinate to the fewest with the same last number and the same
+// neighbours. Numbers wrap around, so whoever visits matrices one after another, and compares each
+// with the one before, finds out no more from longer runs.
+ImageMatrix shorten_runs(const ImageMatrix &counts);
 
 // Whether each plane of an image has a number of its own: frames, and planes, from 1 to these, beds
 // from 0 to this one.

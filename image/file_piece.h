@@ -2,6 +2,8 @@
 
 #include "image/allocate.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 
 namespace velmorant
@@ -11,10 +13,12 @@ namespace velmorant
 // cache between the two.
 inline constexpr std::int32_t PieceBytes = 262144;
 
-// A zeroed block of PieceBytes bytes.
-inline Block<unsigned char> allocate_file_piece()
+// A zeroed block of PieceBytes bytes, or of fewer where the whole data are fewer.
+inline Block<unsigned char> allocate_file_piece(std::size_t data_bytes)
 {
-    return Block<unsigned char>(allocate_unsigned_char_zero(PieceBytes, "file piece"));
+    const std::size_t bytes = std::min<std::size_t>(data_bytes, PieceBytes);
+    return Block<unsigned char>(
+        allocate_unsigned_char_zero(static_cast<std::int32_t>(bytes), "file piece"));
 }
 
 } // namespace velmorant

@@ -2,7 +2,8 @@
 
 #include "prefs/error_report.h"
 #include "prefs/file_handle.h"
-#include "prefs/preference_line.h"
+#include "prefs/numbers.h"
+#include "prefs/text_file.h"
 
 #include <algorithm>
 #include <array>
@@ -129,19 +130,15 @@ static void read_line(const char *line, ImageHeader &header)
 void read_header_binary(const char *header_name, ImageHeader &header)
 {
     const std::string name = header_file_name(header_name);
-    const FileHandle file = open_or_report(name.c_str(), "r");
+    TextFile file(name.c_str());
     header.num_frames = 1;
     header.num_gates = 1;
     header.num_beds = 0;
     header.num_data = 0;
     header.data_format = 1;
     Line line{};
-    while (fgetsmod(line.data(), static_cast<std::int32_t>(line.size()), file.get()) != nullptr &&
-           !test_strings(line.data(), "end of header")) {
+    while (file.read_line(line) && !test_strings(line.data(), "end of header")) {
         read_line(line.data(), header);
-    }
-    if (std::ferror(file.get()) != 0) {
-        print_error_message(2, "can't read ", name.c_str());
     }
     if (std::fabs(static_cast<double>(header.pixel_scaling)) <= 1e-20) {
         print_error_message(2, "'pixel scaling value' not defined in ", name.c_str());
@@ -157,9 +154,7 @@ static std::string value_text(std::int32_t ImageHeader::*field, const ImageHeade
 static std::string value_text(float ImageHeader::*field, const ImageHeader &header,
                               StoredType /*type*/)
 {
-    std::array<char, 64> text{};
-    std::snprintf(text.data(), text.size(), "%f", static_cast<double>(header.*field));
-    return text.data();
+    return decimal_text(header.*field);
 }
 
 static std::string value_text(WrittenWord word, const ImageHeader &header, StoredType type)

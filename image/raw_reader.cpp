@@ -42,7 +42,7 @@ template <std::endian Order, class Stored>
 static void read_pixels(std::FILE *file, const char *image_name, std::span<float> pixels,
                         float factor)
 {
-    const Block<unsigned char> piece = allocate_file_piece();
+    const Block<unsigned char> piece = allocate_file_piece(pixels.size_bytes());
     while (!pixels.empty()) {
         const std::size_t wanted =
             std::min<std::size_t>(pixels.size(), PieceBytes / sizeof(Stored));

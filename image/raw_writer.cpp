@@ -85,7 +85,7 @@ static bool encode(std::span<const float> pixels, const Encoding &encoding, std:
     return encode_shorts<Order>(pixels, encoding, bytes);
 }
 
-// Writes `count` zero bytes, in pieces. zeros: PieceBytes of them.
+// Writes `count` zero bytes, in pieces. zeros: as many of them, or PieceBytes.
 static void write_zeros(std::FILE *file, std::int32_t count, const unsigned char *zeros)
 {
     while (count > 0) {
@@ -101,7 +101,8 @@ static void write_data(const char *image_name, std::span<const float> pixels,
                        const ImageHeader &header, const Encoding &encoding)
 {
     FileHandle file = open_or_report(image_name, "wb");
-    const Block<unsigned char> bytes = allocate_file_piece();
+    const auto zeros = static_cast<std::size_t>(std::max(header.data_offset, 0));
+    const Block<unsigned char> bytes = allocate_file_piece(zeros + pixels.size_bytes());
     write_zeros(file.get(), header.data_offset, bytes.get());
     if (!pixels.empty()) {
         check_byte_order(header);

@@ -1,7 +1,8 @@
 #include "prefs/error_report.h"
 
+#include "prefs/end_run.h"
+
 #include <cstdio>
-#include <cstdlib>
 
 namespace velmorant
 {
@@ -16,7 +17,7 @@ void report_and_exit(std::int32_t count, std::initializer_list<const char *> tex
         std::fputs(text, stdout);
     }
     std::fputc('\n', stdout);
-    std::exit(EXIT_SUCCESS);
+    end_run(0);
 }
 
 } // namespace velmorant

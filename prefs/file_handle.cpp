@@ -16,10 +16,15 @@ FileHandle open_or_report(const char *path, const char *mode)
     return file;
 }
 
-void close_written(FileHandle file, const char *path)
+bool close_successfully(FileHandle file)
 {
     const bool failed = std::ferror(file.get()) != 0;
-    if (std::fclose(file.release()) != 0 || failed) {
+    return std::fclose(file.release()) == 0 && !failed;
+}
+
+void close_written(FileHandle file, const char *path)
+{
+    if (!close_successfully(std::move(file))) {
         print_error_message(2, "can't write ", path);
     }
 }

@@ -20,8 +20,10 @@ using FileHandle = std::unique_ptr<std::FILE, CloseFile>;
 // Opens a file, or ends the run with "can't open " and the path. Mode as fopen takes it.
 FileHandle open_or_report(const char *path, const char *mode);
 
-// Closes a file that was written, or ends the run with "can't write " and the path if any write to
-// it has failed.
+// Closes a file that was written. False where any write to it has failed.
+bool close_successfully(FileHandle file);
+
+// The same, but a failure ends the run with "can't write " and the path.
 void close_written(FileHandle file, const char *path);
 
 } // namespace velmorant

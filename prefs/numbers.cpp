@@ -15,4 +15,9 @@ float text_to_float(const char *text)
     return static_cast<float>(std::strtod(text, nullptr));
 }
 
+std::string decimal_text(float value)
+{
+    return std::to_string(static_cast<double>(value));
+}
+
 } // namespace velmorant

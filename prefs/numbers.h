@@ -6,6 +6,7 @@
 #include <cfloat>
 #include <cstdint>
 #include <limits>
+#include <string>
 
 namespace velmorant
 {
@@ -22,6 +23,9 @@ std::int32_t text_to_int32(const char *text);
 // The number that a text begins with, as atof reads it (in double precision, "inf" and "nan"
 // included), narrowed to single precision; beyond its range that is an infinity. No number gives 0.
 float text_to_float(const char *text);
+
+// The number with six decimals, as %f prints it and the files of this package state it.
+std::string decimal_text(float value);
 
 // Truncates toward zero; beyond the range gives the nearer end, NaN gives 0.
 constexpr std::int32_t truncate_to_int32(double value)

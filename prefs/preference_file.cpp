@@ -2,10 +2,14 @@
 
 #include "prefs/error_report.h"
 #include "prefs/file_handle.h"
+#include "prefs/numbers.h"
+#include "prefs/text_file.h"
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 namespace velmorant
@@ -13,11 +17,9 @@ namespace velmorant
 
 bool check_preference_file(const char *path, const char *key, Line &line_out)
 {
-    const FileHandle file = open_or_report(path, "r");
-    Line line{};
-    while (fgetsmod(line.data(), static_cast<std::int32_t>(line.size()), file.get()) != nullptr) {
-        if (test_strings(line.data(), key)) {
-            line_out = line;
+    TextFile file(path);
+    while (file.read_line(line_out)) {
+        if (test_strings(line_out.data(), key)) {
             return true;
         }
     }
@@ -25,24 +27,56 @@ bool check_preference_file(const char *path, const char *key, Line &line_out)
     return false;
 }
 
-// Says that a missing key is being added, and opens the file for its line.
-static FileHandle open_for_missing_key(const char *path, const char *key)
+static std::string setting_line(const char *key, const std::string &value)
+{
+    return std::string(key) + ":= " + value + "\n";
+}
+
+std::string written_line(const char *key, const char *text)
+{
+    return setting_line(key, std::string("\"") + text + '"');
+}
+
+std::string written_line(const char *key, float value)
+{
+    return setting_line(key, decimal_text(value));
+}
+
+std::string written_line(const char *key, std::int32_t value)
+{
+    return setting_line(key, std::to_string(value));
+}
+
+void announce_key(const char *path, const char *key)
 {
     std::printf("'%s' created in %s...\n", key, path);
-    return open_or_report(path, "a");
+}
+
+// Adds a missing key to the end of the file.
+static void append_line(const char *path, const char *key, const std::string &line)
+{
+    announce_key(path, key);
+    FileHandle file = open_or_report(path, "a");
+    std::error_code not_a_file;
+    const std::uintmax_t size = std::filesystem::file_size(path, not_a_file);
+    std::fputs(line.c_str(), file.get());
+    if (!close_successfully(std::move(file))) {
+        if (!not_a_file) {
+            std::filesystem::resize_file(path, size, not_a_file);
+        }
+        print_error_message(2, "can't write ", path);
+    }
 }
 
 void preference_string_strings(const char *path, std::span<char> value_out, const char *key,
                                const char *default_text)
 {
-    Line line;
+    Line line{};
     if (check_preference_file(path, key, line)) {
         get_string_strings(line.data(), value_out);
         return;
     }
-    FileHandle file = open_for_missing_key(path, key);
-    std::fprintf(file.get(), "%s:= \"%s\"\n", key, default_text);
-    close_written(std::move(file), path);
+    append_line(path, key, written_line(key, default_text));
     if (!value_out.empty()) {
         const std::string_view text =
             std::string_view(default_text).substr(0, value_out.size() - 1);
@@ -50,28 +84,27 @@ void preference_string_strings(const char *path, std::span<char> value_out, cons
     }
 }
 
+// extract: what takes the number from its line.
+template <class Number>
+static Number find_or_append(const char *path, const char *key, Number default_value,
+                             Number (*extract)(const char *))
+{
+    Line line{};
+    if (check_preference_file(path, key, line)) {
+        return extract(line.data());
+    }
+    append_line(path, key, written_line(key, default_value));
+    return default_value;
+}
+
 float preference_float_strings(const char *path, const char *key, float default_value)
 {
-    Line line;
-    if (check_preference_file(path, key, line)) {
-        return get_float_strings(line.data());
-    }
-    FileHandle file = open_for_missing_key(path, key);
-    std::fprintf(file.get(), "%s:= %f\n", key, static_cast<double>(default_value));
-    close_written(std::move(file), path);
-    return default_value;
+    return find_or_append(path, key, default_value, get_float_strings);
 }
 
 std::int32_t preference_int_strings(const char *path, const char *key, std::int32_t default_value)
 {
-    Line line;
-    if (check_preference_file(path, key, line)) {
-        return get_int_strings(line.data());
-    }
-    FileHandle file = open_for_missing_key(path, key);
-    std::fprintf(file.get(), "%s:= %d\n", key, default_value);
-    close_written(std::move(file), path);
-    return default_value;
+    return find_or_append(path, key, default_value, get_int_strings);
 }
 
 std::int16_t preference_short_int_strings(const char *path, const char *key,

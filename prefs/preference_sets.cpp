@@ -2,6 +2,7 @@
 
 #include "prefs/error_report.h"
 #include "prefs/file_handle.h"
+#include "prefs/new_file.h"
 #include "prefs/preference_file.h"
 #include "prefs/run_environment.h"
 #include "prefs/settings.h"
@@ -110,17 +111,64 @@ static void read_rows(const char *path, std::span<const PreferenceRow> rows)
     }
 }
 
-// Opens to append rather than to write, so that a file that merely can't be read, or that another
-// run is just creating, keeps its lines.
-static void create_missing_file(const char *path)
+static bool exists_or_say(const char *path)
 {
     if (FileHandle(std::fopen(path, "r"))) {
-        return;
+        return true;
     }
     std::printf("%s does not exist...\n", path);
+    return false;
+}
+
+template <class Value>
+static void take_default(const Setting<Value> &setting)
+{
+    *setting.variable = setting.default_value;
+}
+
+static void take_default(const TextSetting &setting)
+{
+    copy_text_or_abort(*setting.variable, setting.default_value);
+}
+
+// Creates the file with all of its lines at once, so that no other run sees a part of them. False
+// where that can't be done.
+static bool create_set(const char *path, std::span<const PreferenceRow> rows)
+{
+    std::string lines;
+    for (const PreferenceRow &row : rows) {
+        std::visit(
+            [&](const auto &setting) { lines += written_line(row.key, setting.default_value); },
+            row.setting);
+    }
+    if (!create_whole_file(path, lines)) {
+        return false;
+    }
+    for (const PreferenceRow &row : rows) {
+        announce_key(path, row.key);
+        std::visit([](const auto &setting) { take_default(setting); }, row.setting);
+    }
+    return true;
+}
+
+// Creates an empty file, or opens one to append rather than to write, so that a file that merely
+// can't be read, or that another run has just created, keeps its lines.
+static void create_empty(const char *path)
+{
     if (!FileHandle(std::fopen(path, "a"))) {
         print_error_message(2, "can't create ", path);
     }
+}
+
+static void read_set(const char *path, bool exists, std::span<const PreferenceRow> rows)
+{
+    if (!exists) {
+        if (create_set(path, rows)) {
+            return;
+        }
+        create_empty(path);
+    }
+    read_rows(path, rows);
 }
 
 static float middle(std::int32_t dimension)
@@ -132,8 +180,8 @@ void read_global_preference(const char *directory)
 {
     Text path{};
     copy_text_or_report(path, std::string(directory) + "GLOBAL.prf");
-    create_missing_file(path.data());
-    read_rows(path.data(), GlobalRows);
+    const bool exists = exists_or_say(path.data());
+    read_set(path.data(), exists, GlobalRows);
     STD_X0 = middle(STD_Xd);
     STD_Y0 = middle(STD_Yd);
     STD_Z0 = 0.0F;
@@ -146,22 +194,23 @@ void get_local_preference_name(const char *program_path, Text &name_out)
 
 void read_local_preference(const char *path)
 {
-    create_missing_file(path);
+    const bool exists = exists_or_say(path);
 
     Text directory{};
     Text palette{};
     get_current_directory(directory.data(), directory.size() - 1);
     copy_text_or_abort(palette, std::string(directory.data()) + "rainbow.plt");
 
-    read_rows(path, std::array{
-                        integer("Number of NumColumns", NumColumn, 10),
-                        real("Height of the Scale (% screen)", ScaleLength, 0.5F),
-                        integer("Width of the Scale (pixel)", ScaleWidth, 10),
-                        real("Minimal Pixel Cutoff Value", MinPixel, 0.0F),
-                        text("Color Palette File", FnPalette, palette.data()),
-                        integer("Color Scale Bar: 0=no, 1=yes", FlagScaleBar, 0),
-                        integer("Gray Scale: 0=color, 1=gray", FlagGray, 0),
-                    });
+    read_set(path, exists,
+             std::array{
+                 integer("Number of NumColumns", NumColumn, 10),
+                 real("Height of the Scale (% screen)", ScaleLength, 0.5F),
+                 integer("Width of the Scale (pixel)", ScaleWidth, 10),
+                 real("Minimal Pixel Cutoff Value", MinPixel, 0.0F),
+                 text("Color Palette File", FnPalette, palette.data()),
+                 integer("Color Scale Bar: 0=no, 1=yes", FlagScaleBar, 0),
+                 integer("Gray Scale: 0=color, 1=gray", FlagGray, 0),
+             });
 }
 
 } // namespace velmorant

@@ -1,9 +1,9 @@
 #include "prefs/run_environment.h"
 
+#include "prefs/end_run.h"
 #include "prefs/error_report.h"
 #include "prefs/file_handle.h"
 
-#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -43,7 +43,7 @@ bool batch_status()
 
 void batchjob()
 {
-    std::exit(1);
+    end_run(1);
 }
 
 void add_quotations(Text &text)

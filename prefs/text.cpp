@@ -1,10 +1,9 @@
 #include "prefs/text.h"
 
+#include "prefs/end_run.h"
 #include "prefs/error_report.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 
 namespace velmorant
@@ -23,8 +22,7 @@ static void copy_text(Text &destination, std::string_view source)
 void copy_text_or_abort(Text &destination, std::string_view source)
 {
     if (!fits(source)) {
-        std::fflush(stdout);
-        std::abort();
+        abort_run();
     }
     copy_text(destination, source);
 }
