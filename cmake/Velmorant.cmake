@@ -20,9 +20,6 @@ function(velmorant_target target)
         # float-cast-overflow is not part of "undefined" everywhere.
         set(sanitizers -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all)
         target_compile_options(${target} PRIVATE ${sanitizers} -fno-omit-frame-pointer)
-        # What g++ says of itself by a macro of its own.
-        target_compile_definitions(${target} PRIVATE
-            $<$<CXX_COMPILER_ID:Clang>:VELMORANT_ADDRESS_SANITIZER>)
         target_link_options(${target} PUBLIC ${sanitizers})
     endif()
 endfunction()

@@ -1,0 +1,11 @@
+// An ECAT 6 file. From the file to the picture.
+
+#include "fuzz/harness.h"
+#include "fuzz/study.h"
+
+int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    static const fuzz::InputFile image("a.v");
+    image.write(fuzz::as_text(data, size));
+    return fuzz::make_run([] { fuzz::make_picture_of("a.v", "CTI6"); });
+}
