@@ -56,7 +56,17 @@ PictureSize measure_picture(const PictureStyle &style)
             .montage_width = static_cast<std::int16_t>(std::min(montage_width, width))};
 }
 
-static void set_tags(TIFF *tiff, const PictureSize &size, bool gray)
+// False where there is no memory for the text. The library then has no sound record of it, whether it
+// says so or not, and must not be asked for anything more.
+static bool set_text(TIFF *tiff, std::uint32_t tag, const char *text)
+{
+    const char *kept = nullptr;
+    return TIFFSetField(tiff, tag, text) == 1 && TIFFGetField(tiff, tag, &kept) == 1 &&
+           kept != nullptr;
+}
+
+// False as for `set_text`.
+static bool set_tags(TIFF *tiff, const PictureSize &size, bool gray)
 {
     TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, size.width);
     TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, size.height);
@@ -68,9 +78,12 @@ static void set_tags(TIFF *tiff, const PictureSize &size, bool gray)
     TIFFSetField(tiff, TIFFTAG_XRESOLUTION, 5.0);
     TIFFSetField(tiff, TIFFTAG_YRESOLUTION, 5.0);
     TIFFSetField(tiff, TIFFTAG_RESOLUTIONUNIT, RESUNIT_NONE);
-    TIFFSetField(tiff, TIFFTAG_SOFTWARE, "VELMORANT");
-    TIFFSetField(tiff, TIFFTAG_ARTIST, "Orlavesk Tarn");
+    if (!set_text(tiff, TIFFTAG_SOFTWARE, "VELMORANT") ||
+        !set_text(tiff, TIFFTAG_ARTIST, "Orlavesk Tarn")) {
+        return false;
+    }
     TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, TIFFDefaultStripSize(tiff, 30));
+    return true;
 }
 
 static std::uint8_t *put_colour(std::uint8_t *pixel, std::uint8_t index)
@@ -141,11 +154,14 @@ void write_picture(const char *tiff_name, const float *volume, const ImageHeader
     // By default the library prints its errors and warnings on standard error.
     TIFFSetErrorHandler(nullptr);
     TIFFSetWarningHandler(nullptr);
-    const TiffHandle tiff(TIFFOpen(tiff_name, "w"));
+    TiffHandle tiff(TIFFOpen(tiff_name, "w"));
     if (!tiff) {
         print_error_message(1, "Can't write tiff file");
     }
-    set_tags(tiff.get(), size, style.gray);
+    if (!set_tags(tiff.get(), size, style.gray)) {
+        static_cast<void>(tiff.release());
+        print_error_message(1, "can't allocate memory for tags");
+    }
     write_rows(tiff.get(), volume, header, style, size);
 }
 

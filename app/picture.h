@@ -34,7 +34,7 @@ PictureSize measure_picture(const PictureStyle &style);
 // the tables of app/palette.h. One line of the picture is all that it holds beside the volume.
 //
 // Ends the run with "Can't write tiff file" where the file can't be created, and with "can't allocate
-// memory for scan line". When a row can't be written the rest is left out without a word.
+// memory for scan line" or "... for tags". When a row can't be written the rest is left out without a word.
 void write_picture(const char *tiff_name, const float *volume, const ImageHeader &header,
                    const PictureStyle &style, const PictureSize &size);
 

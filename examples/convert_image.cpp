@@ -64,7 +64,7 @@ int main(int argc, char **argv)
     const char *image = argv[2];
     const char *to = argv[3];
     const char *output = argv[4];
-    examples::begin(std::string("convert_image: not converted: ") + image);
+    examples::begin("convert_image: not converted: ", image);
     check_files(image_files(image, from), image_files(output, to));
 
     ImageHeader header{};

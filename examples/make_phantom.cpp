@@ -17,7 +17,6 @@
 
 #include <array>
 #include <cstdio>
-#include <string>
 #include <string_view>
 
 using namespace velmorant;
@@ -54,7 +53,7 @@ int main(int argc, char **argv)
     const auto [x_dim, y_dim, num_slices, frames, beds] = sizes;
     const char *keyword = argv[1];
     const char *image = argv[2];
-    examples::begin(std::string("make_phantom: not made: ") + image);
+    examples::begin("make_phantom: not made: ", image);
 
     ImageHeader header = phantom::describe(x_dim, y_dim, num_slices, frames, beds);
     if (std::string_view(keyword).ends_with('L')) {

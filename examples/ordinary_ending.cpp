@@ -1,29 +1,33 @@
 #include "examples/ordinary_ending.h"
 
+#include "prefs/process_guard.h"
+
 #include <cstdio>
 #include <cstdlib>
-#include <utility>
 
 #include <unistd.h>
 
 namespace examples
 {
 
-static std::string Complaint;
+static const char *Complaint;
+static const char *Image;
 static bool Succeeded;
 
 static void fail_unless_succeeded()
 {
     if (!Succeeded) {
-        std::puts(Complaint.c_str());
+        std::printf("%s%s\n", Complaint, Image);
         std::fflush(nullptr);
         _exit(EXIT_FAILURE);
     }
 }
 
-void begin(std::string complaint)
+void begin(const char *complaint, const char *image)
 {
-    Complaint = std::move(complaint);
+    velmorant::guard_process();
+    Complaint = complaint;
+    Image = image;
     // Where nobody listens on standard error, this fails and does no harm.
     dup2(STDERR_FILENO, STDOUT_FILENO);
     if (std::atexit(fail_unless_succeeded) != 0) {

@@ -41,7 +41,7 @@ static std::string next_word(std::string_view &line)
 
 static Order read_order(std::string_view line)
 {
-    Order order{.keyword = next_word(line)};
+    Order order{.keyword = next_word(line).c_str()}; // a zero in it ends it, as any text
     order.operation = text_to_int32(next_word(line).c_str());
     order.quantisation = text_to_float(next_word(line).c_str());
     if (!line.empty()) {

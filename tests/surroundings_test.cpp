@@ -1,0 +1,118 @@
+// The built program where its surroundings fail it, and where it isn't alone.
+
+#include "tests/support/files.h"
+#include "tests/support/process.h"
+#include "tests/support/raw_study.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+// Puts the program, a study and a palette into the working directory.
+static void make_folder()
+{
+    std::filesystem::copy_file(TIFFGEN, "tiffgen");
+    test::write_file("rainbow.plt", std::string(768, 'p'));
+    test::write_file("a.hdr", test::text_header());
+    test::write_file("a.img", test::stored_floats(std::vector(18, 1.0F), true));
+}
+
+// What a shell prints.
+static std::string shell(const std::string &command)
+{
+    return test::summary(test::run_program("/bin/sh", {"sh", "-c", command}));
+}
+
+static std::string preferences()
+{
+    return test::read_file("GLOBAL.prf") + test::read_file("tiffgen.prf");
+}
+
+TEST(Surroundings, OutputThatNobodyTakesStopsNoFirstRun)
+{
+    const test::EmptyFolder folder;
+    make_folder();
+    shell("./tiffgen a.img o 0.0");
+    const std::string files = preferences() + test::read_file("o.tif");
+    for (const char *output : {">&-", ">&- 2>&- <&-", ">/dev/full", "| true"}) {
+        shell("rm -f *.prf o.tif");
+        EXPECT_EQ(
+            shell(std::string("(sleep 0.1; ./tiffgen a.img o 0.0; echo $? >status) ") + output),
+            "status 0: ");
+        EXPECT_EQ(test::read_file("status"), "1\n") << output;
+        EXPECT_TRUE(preferences() + test::read_file("o.tif") == files) << output;
+    }
+}
+
+TEST(Surroundings, FilesThatCanNotGrowAreLostWithoutAPart)
+{
+    const test::EmptyFolder folder;
+    make_folder();
+    const auto limited = [](const std::string &blocks) {
+        const std::string said =
+            shell("(ulimit -f " + blocks + "; ./tiffgen a.img o 0.0; echo $?) | tail -n 2 | cat");
+        return said.substr(said.find(": ") + 2);
+    };
+    EXPECT_EQ(limited("0"), "can't write ./GLOBAL.prf\n0\n");
+    EXPECT_EQ(test::read_file("GLOBAL.prf"), "");
+    // Half of a file that already has a key: the last line that fits is a whole one.
+    test::write_file("GLOBAL.prf", std::string(300, '\n'));
+    EXPECT_EQ(limited("1"), "can't write ./GLOBAL.prf\n0\n");
+    EXPECT_TRUE(test::read_file("GLOBAL.prf").ends_with("Size:= 2.250000\n"));
+    shell("./tiffgen a.img o 0.0 -x1000");
+    const std::string before = preferences();
+    EXPECT_TRUE(limited("1 -x1000").ends_with("\n1\n")) << "a cut picture is not reported";
+    EXPECT_EQ(preferences(), before);
+}
+
+TEST(Surroundings, AFolderThatCanNotBeWrittenIsReported)
+{
+    const test::EmptyFolder folder;
+    make_folder();
+    const auto run = [] {
+        return shell("chmod 555 .; as=; test $(id -u) != 0 || as='setpriv --reuid=65534 "
+                     "--regid=65534 --clear-groups'; $as ./tiffgen a.img o 0.0; echo $?");
+    };
+    EXPECT_EQ(run(), "status 0: ./GLOBAL.prf does not exist...\ncan't create ./GLOBAL.prf\n0\n");
+    shell("chmod 755 .; ./tiffgen; chmod 644 *.prf");
+    const std::string before = preferences();
+    EXPECT_TRUE(run().ends_with("\nCan't write tiff file\n0\n"));
+    EXPECT_EQ(preferences(), before);
+    shell("chmod 755 .");
+}
+
+// Sixteen first runs at a time, again and again.
+static void run_together(int rounds)
+{
+    const test::EmptyFolder folder;
+    make_folder();
+    shell("./tiffgen a.img o 0.0");
+    const std::string expected = preferences();
+    const std::string picture = test::read_file("o.tif");
+    for (int round = 0; round < rounds; ++round) {
+        const std::string said =
+            shell("rm -f *.prf o*; for i in 0 1 2 3 4 5 6 7 8 9 a b c d e f; do "
+                  "(./tiffgen a.img o$i 0.0 >/dev/null; echo $?) & done; wait; "
+                  "ls");
+        std::string statuses = "status 0: ";
+        std::string listed = "GLOBAL.prf\na.hdr\na.img\n";
+        for (const char name : std::string("0123456789abcdef")) {
+            statuses += "1\n";
+            listed.append("o") += std::string(1, name) + ".tif\n";
+            EXPECT_TRUE(test::read_file(std::string("o") + name + ".tif") == picture);
+        }
+        ASSERT_EQ(said, statuses + listed + "rainbow.plt\ntiffgen\ntiffgen.prf\n");
+        ASSERT_EQ(preferences(), expected);
+    }
+}
+
+TEST(FirstRuns, AtTheSameTimeSeeAndLeaveWholePreferences)
+{
+    run_together(10);
+}
+
+TEST(FirstRuns, DISABLED_AtTheSameTimeManyTimesOver)
+{
+    run_together(1000);
+}
