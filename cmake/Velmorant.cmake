@@ -4,6 +4,25 @@ if(CMAKE_SOURCE_DIR STREQUAL CMAKE_BINARY_DIR)
     message(FATAL_ERROR "Build in a folder of its own, as the presets do")
 endif()
 
+# What distributions build their programs with, so that a fault ends a run instead of harming more:
+# checked copies, container bounds, stack guards, and addresses that nobody can guess or overwrite.
+include(CheckCXXCompilerFlag)
+include(CheckPIESupported)
+check_pie_supported()
+check_cxx_compiler_flag(-fstack-clash-protection VELMORANT_HAS_STACK_CLASH_PROTECTION)
+check_cxx_compiler_flag(-fcf-protection VELMORANT_HAS_CF_PROTECTION)
+
+function(velmorant_harden target)
+    set(optimised $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
+    target_compile_options(${target} PRIVATE
+        $<${optimised}:-U_FORTIFY_SOURCE> $<${optimised}:-D_FORTIFY_SOURCE=2>
+        -D_GLIBCXX_ASSERTIONS -fstack-protector-strong
+        $<$<BOOL:${VELMORANT_HAS_STACK_CLASH_PROTECTION}>:-fstack-clash-protection>
+        $<$<BOOL:${VELMORANT_HAS_CF_PROTECTION}>:-fcf-protection>)
+    set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+    target_link_options(${target} PRIVATE -Wl,-z,relro,-z,now)
+endfunction()
+
 function(velmorant_target target)
     target_compile_features(${target} PUBLIC cxx_std_20)
     set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
@@ -21,5 +40,7 @@ function(velmorant_target target)
         set(sanitizers -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all)
         target_compile_options(${target} PRIVATE ${sanitizers} -fno-omit-frame-pointer)
         target_link_options(${target} PUBLIC ${sanitizers})
+    elseif(VELMORANT_HARDEN)
+        velmorant_harden(${target})
     endif()
 endfunction()
