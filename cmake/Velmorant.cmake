@@ -7,20 +7,26 @@ endif()
 # What distributions build their programs with, so that a fault ends a run instead of harming more:
 # checked copies, container bounds, stack guards, and addresses that nobody can guess or overwrite.
 include(CheckCXXCompilerFlag)
+include(CheckLinkerFlag)
 include(CheckPIESupported)
 check_pie_supported()
 check_cxx_compiler_flag(-fstack-clash-protection VELMORANT_HAS_STACK_CLASH_PROTECTION)
 check_cxx_compiler_flag(-fcf-protection VELMORANT_HAS_CF_PROTECTION)
+check_linker_flag(CXX -Wl,-z,relro,-z,now VELMORANT_HAS_RELRO)
+if(NOT CMAKE_CXX_FLAGS MATCHES "_FORTIFY_SOURCE")
+    # Checked copies need an optimised build.
+    set(VELMORANT_FORTIFY -U_FORTIFY_SOURCE
+        $<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-D_FORTIFY_SOURCE=2>)
+endif()
 
 function(velmorant_harden target)
-    set(optimised $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
     target_compile_options(${target} PRIVATE
-        $<${optimised}:-U_FORTIFY_SOURCE> $<${optimised}:-D_FORTIFY_SOURCE=2>
-        -D_GLIBCXX_ASSERTIONS -fstack-protector-strong
+        ${VELMORANT_FORTIFY} -D_GLIBCXX_ASSERTIONS -fstack-protector-strong
         $<$<BOOL:${VELMORANT_HAS_STACK_CLASH_PROTECTION}>:-fstack-clash-protection>
         $<$<BOOL:${VELMORANT_HAS_CF_PROTECTION}>:-fcf-protection>)
     set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON)
-    target_link_options(${target} PRIVATE -Wl,-z,relro,-z,now)
+    target_link_options(${target} PRIVATE
+        $<$<BOOL:${VELMORANT_HAS_RELRO}>:-Wl,-z,relro,-z,now>)
 endfunction()
 
 function(velmorant_target target)

@@ -28,7 +28,7 @@ void begin(const char *complaint, const char *image)
     velmorant::guard_process();
     Complaint = complaint;
     Image = image;
-    // Where nobody listens on standard error, this fails and does no harm.
+    // Where standard error was closed, what is printed goes nowhere.
     dup2(STDERR_FILENO, STDOUT_FILENO);
     if (std::atexit(fail_unless_succeeded) != 0) {
         fail_unless_succeeded();

@@ -1,10 +1,11 @@
-// A library to preload into a program of the package: one operation on files or memory fails.
+// Test-only: a library to preload into a program of the package: one operation on files or memory
+// fails.
 //
 //   FAULT="read short 17"   the 17th read transfers half of its bytes
 //   FAULT_MARK=FILE         created when the fault happens, so that its absence tells a clean run
 //
-// Operations: open, read, write, seek, close, allocate. Ways: error; interrupted (EINTR); short, for
-// reads and writes. Streams are opened here, standard output included, and transfer their bytes
+// Operations: open, read, write, seek, close, allocate. Ways: error; interrupted (EINTR); short,
+// for reads and writes. Streams are opened here, standard output included, and transfer their bytes
 // through the operations counted here, as libtiff does: what a stream makes of a failure is the C
 // library's own doing.
 

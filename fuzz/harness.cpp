@@ -66,7 +66,7 @@ struct OwnFolder {
         require(mkdtemp(path.data()) != nullptr && chdir(path.c_str()) == 0, "a folder");
         require(std::freopen("/dev/null", "w", stdout) != nullptr, "no output");
         // Some formats hold planes without a pixel, millions of them.
-        const rlimit limit{.rlim_cur = 4U << 20U, .rlim_max = RLIM_INFINITY};
+        const rlimit limit{.rlim_cur = 256U << 10U, .rlim_max = RLIM_INFINITY};
         require(setrlimit(RLIMIT_FSIZE, &limit) == 0, "a limit of files");
         velmorant::guard_process();
     }

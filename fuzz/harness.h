@@ -1,8 +1,8 @@
 #pragma once
 
-// What the fuzzing harnesses share. A harness is one procedure, `LLVMFuzzerTestOneInput`, that hands an
-// input to a piece of the package as a file or an argument would bring it. A run that ends, ends
-// there: `end_run` throws in these programs.
+// What the fuzzing harnesses share. A harness is one procedure, `LLVMFuzzerTestOneInput`, that
+// hands an input to a piece of the package as a file or an argument would bring it. A run that
+// ends, ends there: `end_run` throws in these programs.
 //
 // Nothing is left out of an input beforehand. What it costs is bounded as for any process, by the
 // memory and the size of files that it can have.

@@ -1,5 +1,5 @@
-// A raw study: its text header and, after the line that ends it, its pixel data. From the files to the
-// picture.
+// A raw study: its text header and, after the line that ends it, its pixel data. From the files to
+// the picture.
 
 #include "app/make_picture.h"
 #include "fuzz/harness.h"

@@ -11,7 +11,8 @@ namespace velmorant
 // Ends the process by SIGABRT, once what it has printed is written out.
 [[noreturn]] void abort_run();
 
-// A program that lives on where a run ends, to make one run after another, brings definitions of its
-// own, which throw: they are taken instead of these, and what the run held is released on the way.
+// A program that lives on where a run ends, to make one run after another, brings definitions of
+// its own, which throw: they are taken instead of these, and what the run held is released on the
+// way.
 
 } // namespace velmorant

@@ -45,8 +45,8 @@ constexpr std::int32_t truncate_to_int32(double value)
     return static_cast<std::int32_t>(value);
 }
 
-// Whether a value, truncated, is beyond what a 32-bit integer can hold. NaN, which is truncated to 0,
-// is not.
+// Whether a value, truncated, is beyond what a 32-bit integer can hold. NaN, which is truncated to
+// 0, is not.
 constexpr bool exceeds_int32(double value)
 {
     return value >= 2147483648.0 || value <= -2147483649.0;

@@ -1,16 +1,16 @@
 #include "prefs/preference_file.h"
 
 #include "prefs/error_report.h"
-#include "prefs/file_handle.h"
 #include "prefs/numbers.h"
 #include "prefs/text_file.h"
+#include "prefs/whole_text.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <filesystem>
 #include <string_view>
-#include <system_error>
-#include <utility>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace velmorant
 {
@@ -56,14 +56,12 @@ void announce_key(const char *path, const char *key)
 static void append_line(const char *path, const char *key, const std::string &line)
 {
     announce_key(path, key);
-    FileHandle file = open_or_report(path, "a");
-    std::error_code not_a_file;
-    const std::uintmax_t size = std::filesystem::file_size(path, not_a_file);
-    std::fputs(line.c_str(), file.get());
-    if (!close_successfully(std::move(file))) {
-        if (!not_a_file) {
-            std::filesystem::resize_file(path, size, not_a_file);
-        }
+    const int file = open(path, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
+    if (file < 0) {
+        print_error_message(2, "can't open ", path);
+    }
+    const bool appended = append_whole(file, line);
+    if (close(file) != 0 || !appended) {
         print_error_message(2, "can't write ", path);
     }
 }

@@ -6,9 +6,9 @@
 //
 // Every call opens the file, reads it from the top and closes it; the first line that holds the key
 // (see `test_strings`) supplies the value. A file that can't be read ends the run as a `TextFile`
-// does: what can't be read is not taken for missing. One that can't be opened to append ends it with
-// "can't open " and the path, one that can't be appended to with "can't write "; a line is appended
-// whole or not at all, because a part of one could be taken for another value later.
+// does: what can't be read is not taken for missing. One that can't be opened to append ends it
+// with "can't open " and the path, one that can't be appended to with "can't write "; a line is
+// appended whole or not at all, because a part of one could be taken for another value later.
 
 #include "prefs/preference_line.h"
 
@@ -35,10 +35,10 @@ std::string written_line(const char *key, std::int32_t value);
 void announce_key(const char *path, const char *key);
 
 // The value of a key, extracted from its line as by the get_..._strings procedure of the same type,
-// which may end the run. A missing key they announce, append its line at the very end of the file (no
-// line end is put before it) and return the default itself.
-// value_out: zero-filled by the caller. A value found is copied without a terminator; a default is
-// copied with one, cut to the room there is.
+// which may end the run. A missing key they announce, append its line at the very end of the file
+// (no line end is put before it) and return the default itself. value_out: zero-filled by the
+// caller. A value found is copied without a terminator; a default is copied with one, cut to the
+// room there is.
 void preference_string_strings(const char *path, std::span<char> value_out, const char *key,
                                const char *default_text);
 float preference_float_strings(const char *path, const char *key, float default_value);

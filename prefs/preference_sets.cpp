@@ -2,15 +2,19 @@
 
 #include "prefs/error_report.h"
 #include "prefs/file_handle.h"
-#include "prefs/new_file.h"
 #include "prefs/preference_file.h"
 #include "prefs/run_environment.h"
 #include "prefs/settings.h"
+#include "prefs/whole_text.h"
 
 #include <array>
 #include <cstdio>
+#include <cstring>
+#include <filesystem>
 #include <span>
 #include <string>
+#include <system_error>
+#include <tuple>
 #include <variant>
 
 namespace velmorant
@@ -132,16 +136,20 @@ static void take_default(const TextSetting &setting)
 }
 
 // Creates the file with all of its lines at once, so that no other run sees a part of them. False
-// where that can't be done.
+// where that can't be done, or where a key stands in a line before its own already (in the name of a
+// folder): then a look-up has to find it there.
 static bool create_set(const char *path, std::span<const PreferenceRow> rows)
 {
     std::string lines;
     for (const PreferenceRow &row : rows) {
+        if (test_strings(lines.c_str(), row.key)) {
+            return false;
+        }
         std::visit(
             [&](const auto &setting) { lines += written_line(row.key, setting.default_value); },
             row.setting);
     }
-    if (!create_whole_file(path, lines)) {
+    if (!create_whole(path, lines)) {
         return false;
     }
     for (const PreferenceRow &row : rows) {
@@ -192,14 +200,27 @@ void get_local_preference_name(const char *program_path, Text &name_out)
     copy_text_or_report(name_out, std::string(program_path) + ".prf");
 }
 
+static constexpr const char *PaletteName = "rainbow.plt";
+
+static bool working_directory_leaves_room()
+{
+    std::error_code unknown;
+    const std::string directory = std::filesystem::current_path(unknown).string();
+    return !unknown && directory.size() + 1 + std::strlen(PaletteName) < std::tuple_size_v<Text>;
+}
+
 void read_local_preference(const char *path)
 {
     const bool exists = exists_or_say(path);
+    // Whether the file can be created is told before the working directory ends the run.
+    if (!exists && !working_directory_leaves_room()) {
+        create_empty(path);
+    }
 
     Text directory{};
     Text palette{};
     get_current_directory(directory.data(), directory.size() - 1);
-    copy_text_or_abort(palette, std::string(directory.data()) + "rainbow.plt");
+    copy_text_or_abort(palette, std::string(directory.data()) + PaletteName);
 
     read_set(path, exists,
              std::array{

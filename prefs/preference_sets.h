@@ -3,9 +3,9 @@
 // The two preference files of a run and the settings that they fill (prefs/settings.h). A file that
 // can't be opened is announced ("PATH does not exist...") and created with every key and its
 // default, in the order of the set and all at once: of many first runs at the same time one creates
-// it, and the others read it whole. Keys that a file lacks are appended in the same order. A file that can't be created ends the run
-// with "can't create " and the path; whatever a look-up finds wrong ends it as
-// prefs/preference_file.h says.
+// it, and the others read it whole. Keys that a file lacks are appended in the same order. A file
+// that can't be created ends the run with "can't create " and the path; whatever a look-up finds
+// wrong ends it as prefs/preference_file.h says.
 
 #include "prefs/text.h"
 

@@ -3,8 +3,8 @@
 namespace velmorant
 {
 
-// Prepares a process so that whatever happens around it ends a run, or fails a write, in the way that
-// the package knows. A program calls this before anything else.
+// Prepares a process so that whatever happens around it ends a run, or fails a write, in the way
+// that the package knows. A program calls this before anything else.
 //
 // - A standard stream that is closed becomes /dev/null: no file that is opened later takes its place,
 //   so no message can get into an image.

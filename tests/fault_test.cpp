@@ -1,4 +1,4 @@
-// One operation after the other fails under the programs, by the library of tests/faults.
+// One operation after the other fails under the programs, by the library of fuzz/faults.cpp.
 
 #include "tests/support/files.h"
 #include "tests/support/process.h"

@@ -178,10 +178,21 @@ TEST(PreferenceSets, WorkingDirectoryMustLeaveRoomForThePaletteName)
     std::filesystem::current_path(folder.path);
     deepen_to(243);
     EXPECT_EQ(ending([] { read_local_preference("p"); }), "status 134: p does not exist...\n");
-    EXPECT_FALSE(std::filesystem::exists("p"));
+    EXPECT_EQ(test::read_file("p"), "");
+    EXPECT_EQ(ending([] { read_local_preference("none/p"); }),
+              "status 0: none/p does not exist...\ncan't create none/p\n");
     deepen_to(254);
     EXPECT_EQ(ending([] { read_local_preference("p"); }),
               "status 0: p does not exist...\ncan't get directory path\n");
+}
+
+TEST(PreferenceSets, AKeyInTheNameOfAFolderIsFoundThere)
+{
+    const test::EmptyFolder folder;
+    std::filesystem::create_directory("gray scale: 0=color, 1=gray");
+    std::filesystem::current_path("gray scale: 0=color, 1=gray");
+    EXPECT_EQ(ending([] { read_local_preference("p"); }).find("'Gray"), std::string::npos);
+    EXPECT_EQ(lines_of(test::read_file("p")).size(), 6U);
 }
 
 TEST(RunEnvironment, OnlyTheCountedTextsAreReportedAndQuotationsNeedRoom)
