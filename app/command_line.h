@@ -25,6 +25,7 @@ struct RunRequest {
     std::optional<std::int32_t> slice_height; // tile height, likewise
     ImageMatrix selector;                     // the frame and bed to show
     Text preference_file;                     // the program's own preference file
+    Text program_directory;                   // where the package-wide one is
 };
 
 // A hook before anything reads the arguments, for platforms that gather them otherwise. Here it

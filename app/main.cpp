@@ -20,11 +20,10 @@ int main(int argc, char **argv)
     const auto arguments =
         argc > 0 ? Arguments(argv + 1, static_cast<std::size_t>(argc) - 1) : Arguments();
 
-    Text program_directory{};
-    get_program_directory(program_path, program_directory);
-    read_global_preference(program_directory.data());
-
     RunRequest request{};
+    get_program_directory(program_path, request.program_directory);
+    read_global_preference(request.program_directory.data());
+
     get_local_preference_name(program_path, request.preference_file);
     find_preference_override(arguments, request.preference_file);
     read_local_preference(request.preference_file.data());

@@ -8,7 +8,12 @@
 #include "image/image_geometry.h"
 #include "image/image_header.h"
 #include "image/normalisation.h"
+#include "image/output_check.h"
+#include "prefs/preference_sets.h"
 #include "prefs/settings.h"
+
+#include <string>
+#include <vector>
 
 namespace velmorant
 {
@@ -35,10 +40,21 @@ static PictureStyle choose_style(const RunRequest &request, const ImageHeader &h
             .bar_length = ScaleLength};
 }
 
+// No picture may take the place of what the run reads.
+static void check_picture_name(const RunRequest &request)
+{
+    std::vector<std::string> read = image_files(FnImageHdr.data(), FileFormat.data());
+    read.insert(read.end(), {FnImage.data(), FnPalette.data(), request.preference_file.data(),
+                             std::string(request.program_directory.data()) + GlobalPreferenceName});
+    const std::string picture = FnTiff.data();
+    check_output({&picture, 1}, read);
+}
+
 void make_picture(const RunRequest &request)
 {
     load_palette(FnPalette.data());
     const ImageHeader header = read_study_header();
+    check_picture_name(request);
     PictureStyle style = choose_style(request, header);
     const PictureSize picture_size = measure_picture(style);
 

@@ -10,33 +10,14 @@
 #include "image/cutoff.h"
 #include "image/format_dispatch.h"
 #include "image/image_geometry.h"
+#include "image/output_check.h"
 #include "prefs/error_report.h"
 #include "prefs/settings.h"
 
 #include <cstdio>
-#include <filesystem>
 #include <string>
-#include <system_error>
-#include <vector>
 
 using namespace velmorant;
-
-// No file that is read may be written, nor any file twice.
-static void check_files(const std::vector<std::string> &read,
-                        const std::vector<std::string> &written)
-{
-    for (const std::string &output : written) {
-        for (const std::string &input : read) {
-            std::error_code not_there;
-            if (std::filesystem::equivalent(output, input, not_there)) {
-                print_error_message(2, "the output would replace ", input.c_str());
-            }
-        }
-    }
-    if (written.size() == 2 && written[0] == written[1]) {
-        print_error_message(2, "the output would replace its own header ", written[1].c_str());
-    }
-}
 
 // Reads every frame and bed, in the order in which the format `to` wants them.
 static Block<float> read_study(const char *from, const char *image, const ImageHeader &header,
@@ -65,7 +46,7 @@ int main(int argc, char **argv)
     const char *to = argv[3];
     const char *output = argv[4];
     examples::begin("convert_image: not converted: ", image);
-    check_files(image_files(image, from), image_files(output, to));
+    check_output(image_files(output, to), image_files(image, from));
 
     ImageHeader header{};
     create_standard_image_header(header);

@@ -12,6 +12,7 @@
 #include "image/cutoff.h"
 #include "image/format_dispatch.h"
 #include "image/image_geometry.h"
+#include "image/output_check.h"
 #include "prefs/numbers.h"
 #include "prefs/settings.h"
 
@@ -59,6 +60,7 @@ int main(int argc, char **argv)
     if (std::string_view(keyword).ends_with('L')) {
         header.right_on_left = header.anterior_to_posterior = header.superior_to_inferior = 0;
     }
+    check_output(image_files(image, keyword), {});
     check_format_limits(header, keyword);
     const Block<float> study = make_study(header, keyword);
     INT_MaxPixelValue = 32700; // what the extreme of an ECAT 6 plane becomes

@@ -1,6 +1,7 @@
 #include "examples/phantom.h"
 
 #include "image/old_layout.h"
+#include "prefs/numbers.h"
 
 #include <algorithm>
 #include <array>
@@ -98,11 +99,9 @@ float mix(float outside, float inside, float inside_share)
 }
 
 // A number from 0 to 1 for each point of a lattice, without any pattern.
-float lattice(std::int32_t x, std::int32_t y, std::int32_t z)
+float lattice(std::uint32_t x, std::uint32_t y, std::uint32_t z)
 {
-    std::uint32_t hash = static_cast<std::uint32_t>(x) * 0x9E3779B1U ^
-                         static_cast<std::uint32_t>(y) * 0x85EBCA77U ^
-                         static_cast<std::uint32_t>(z) * 0xC2B2AE3DU;
+    std::uint32_t hash = x * 0x9E3779B1U ^ y * 0x85EBCA77U ^ z * 0xC2B2AE3DU;
     hash = (hash ^ (hash >> 15)) * 0x2C1B3C6DU;
     hash = (hash ^ (hash >> 12)) * 0x297A2D39U;
     hash ^= hash >> 15;
@@ -117,14 +116,15 @@ float noise(const Place &place, float spacing)
     const std::array at{(0.96F * turned + 0.28F * place.z) / spacing,
                         (0.8F * place.y - 0.6F * place.x) / spacing,
                         (0.96F * place.z - 0.28F * turned) / spacing};
-    std::array<std::int32_t, 3> cell{};
+    std::array<std::uint32_t, 3> cell{};
     std::array<float, 3> part{};
     for (std::size_t axis = 0; axis < 3; ++axis) {
         const float start = std::floor(at.at(axis));
-        cell.at(axis) = static_cast<std::int32_t>(start);
+        cell.at(axis) =
+            static_cast<std::uint32_t>(velmorant::truncate_to_int32(static_cast<double>(start)));
         part.at(axis) = smooth(at.at(axis) - start);
     }
-    const auto along_x = [&](std::int32_t y, std::int32_t z) {
+    const auto along_x = [&](std::uint32_t y, std::uint32_t z) {
         return mix(lattice(cell[0], cell[1] + y, cell[2] + z),
                    lattice(cell[0] + 1, cell[1] + y, cell[2] + z), part[0]);
     };

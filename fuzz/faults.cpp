@@ -172,11 +172,12 @@ static int close_stream(void *cookie)
 
 static Stream &free_stream()
 {
-    Stream *stream = streams;
-    while (stream->file >= 0) {
-        ++stream;
+    for (Stream &stream : streams) {
+        if (stream.file < 0) {
+            return stream;
+        }
     }
-    return *stream;
+    std::abort();
 }
 
 static FILE *make_stream(Stream &stream, const char *mode)
@@ -207,11 +208,12 @@ FILE *fopen(const char *path, const char *mode)
 
 static Stream &find_stream(const FILE *file)
 {
-    Stream *stream = streams;
-    while (stream->owner != file) {
-        ++stream;
+    for (Stream &stream : streams) {
+        if (stream.owner == file) {
+            return stream;
+        }
     }
-    return *stream;
+    std::abort();
 }
 
 int setvbuf(FILE *file, char *buffer, int mode, size_t size) noexcept

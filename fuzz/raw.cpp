@@ -1,7 +1,6 @@
 // A raw study: its text header and, after the line that ends it, its pixel data. From the files to
 // the picture.
 
-#include "app/make_picture.h"
 #include "fuzz/harness.h"
 #include "fuzz/study.h"
 
@@ -9,9 +8,10 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     static const fuzz::InputFile header("a.hdr");
     static const fuzz::InputFile image("a.img");
-    const std::string_view input = fuzz::as_text(data, size);
+    std::string_view input = fuzz::as_text(data, size);
+    const std::string options = fuzz::take_options(input);
     const std::size_t length = fuzz::header_length(input);
     header.write(input.substr(0, length));
     image.write(input.substr(length));
-    return fuzz::make_run([] { fuzz::make_picture_of("a.img", "FLOATB"); });
+    return fuzz::make_run([&] { fuzz::make_picture_of("a.img", "FLOATB", options); });
 }

@@ -187,7 +187,7 @@ static float middle(std::int32_t dimension)
 void read_global_preference(const char *directory)
 {
     Text path{};
-    copy_text_or_report(path, std::string(directory) + "GLOBAL.prf");
+    copy_text_or_report(path, std::string(directory) + GlobalPreferenceName);
     const bool exists = exists_or_say(path.data());
     read_set(path.data(), exists, GlobalRows);
     STD_X0 = middle(STD_Xd);

@@ -12,6 +12,8 @@
 namespace velmorant
 {
 
+inline constexpr const char *GlobalPreferenceName = "GLOBAL.prf";
+
 // Reads the package-wide set from GLOBAL.prf.
 // directory: the program directory, empty or ending in "/". A path of more than 254 characters ends
 // the run with "file name too long: " and the path.

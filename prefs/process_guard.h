@@ -10,7 +10,7 @@ namespace velmorant
 //   so no message can get into an image.
 // - A reader of standard output that goes away, and a limit on the size of files, fail a write
 //   instead of ending the process by a signal.
-// - Where a container finds no memory the run ends with "can't allocate memory".
+// - Where `new` finds no memory the run ends with "can't allocate memory".
 void guard_process();
 
 } // namespace velmorant

@@ -1,9 +1,12 @@
 #include "prefs/whole_text.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 
+#include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -33,8 +36,30 @@ bool create_whole(const char *path, std::string_view text)
     return placed;
 }
 
+// Others may append at the same time.
+static constexpr off_t RoomForOthers = 1024;
+
+static bool has_room(int descriptor, off_t length)
+{
+    struct stat file {
+    };
+    rlimit limit{};
+    if (fstat(descriptor, &file) != 0 || getrlimit(RLIMIT_FSIZE, &limit) != 0) {
+        return false;
+    }
+    length += RoomForOthers;
+    if (static_cast<rlim_t>(file.st_size + length) > limit.rlim_cur) {
+        return false;
+    }
+    return fallocate(descriptor, FALLOC_FL_KEEP_SIZE, file.st_size, length) == 0 ||
+           (errno != ENOSPC && errno != EDQUOT && errno != EFBIG);
+}
+
 bool append_whole(int descriptor, std::string_view text)
 {
+    if (!has_room(descriptor, static_cast<off_t>(text.size()))) {
+        return false;
+    }
     const ssize_t written = write(descriptor, text.data(), text.size());
     if (written == static_cast<ssize_t>(text.size())) {
         return true;

@@ -16,8 +16,9 @@ namespace velmorant
 bool create_whole(const char *path, std::string_view text);
 
 // Appends text to the file that is open as `descriptor` (O_APPEND). False where it doesn't get
-// there whole; what has come of it is taken back, unless another program has appended something
-// after it.
+// there whole. Room for it is reserved first, so that on a full disk, or at a limit of file sizes,
+// nobody ever sees a part of it; where a file system can't do that, the part is taken back, unless
+// another program has appended something after it.
 bool append_whole(int descriptor, std::string_view text);
 
 } // namespace velmorant

@@ -15,12 +15,15 @@ scripts/build.sh fuzz
 # A small quarantine: memory that was freed long ago would only go through the caches.
 export ASAN_OPTIONS=quarantine_size_mb=1:malloc_context_size=0
 
+# Whole paths, because a harness goes to a folder of its own, and a pipe, because it limits the size of
+# its files.
 fuzz() {
+    set -o pipefail
     mkdir -p "build/fuzz/corpus/$1"
     if "build/fuzz/fuzz/fuzz_$1" -runs="$2" -dict=fuzz/dictionary.txt -detect_leaks=0 \
         -timeout=20 -entropic_scale_per_exec_time=1 -print_final_stats=1 -reload=0 \
         -artifact_prefix="$PWD/build/fuzz/$1-" \
-        "$PWD/build/fuzz/corpus/$1" "$PWD/fuzz/seeds/$1" &>"build/fuzz/$1.log"; then
+        "$PWD/build/fuzz/corpus/$1" "$PWD/fuzz/seeds/$1" |& cat >"build/fuzz/$1.log"; then
         awk -v name="$1" '/number_of_executed/ { print "   " name ": " $2 " inputs, no finding" }' \
             "build/fuzz/$1.log"
     else

@@ -20,8 +20,13 @@ done
 sed 's/data format :=1/data format :=2/; s/offset in bytes :=0/offset in bytes :=7/' \
     "$seeds/raw/SHORTINT2L" >"$seeds/raw/unsigned"
 
+{ echo "-x1 -y1 -X1 -f2 -b1"; cat "$seeds/raw/FLOATL"; } >"$seeds/raw/options"
+sed 's/matrix size \[\([12]\)\] :=.*/matrix size [\1] :=65536/; s/of slices :=.*/of slices :=1/' \
+    "$seeds/raw/options" >"$seeds/raw/huge"
+
 "$programs/examples/make_phantom" CTI6 "$seeds/ecat/one" 16 16 1
 "$programs/examples/make_phantom" CTI6 "$seeds/ecat/many" 5 3 2 2 2
+{ echo "-x2 -y9 -s0 -f2 -b1 -g1 -m3"; cat "$seeds/ecat/many"; } >"$seeds/ecat/options"
 
 for keyword in CTI6 SHORTINT2B SHORTINT2L FLOATB FLOATL; do
     "$programs/examples/make_phantom" FLOATB a.img 8 4 2 2 2

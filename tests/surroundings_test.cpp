@@ -56,10 +56,10 @@ TEST(Surroundings, FilesThatCanNotGrowAreLostWithoutAPart)
     };
     EXPECT_EQ(limited("0"), "can't write ./GLOBAL.prf\n0\n");
     EXPECT_EQ(test::read_file("GLOBAL.prf"), "");
-    // Half of a file that already has a key: the last line that fits is a whole one.
-    test::write_file("GLOBAL.prf", std::string(300, '\n'));
+    // A line that would be cut, and read as another value by then, is not begun.
+    test::write_file("GLOBAL.prf", std::string(470, '\n'));
     EXPECT_EQ(limited("1"), "can't write ./GLOBAL.prf\n0\n");
-    EXPECT_TRUE(test::read_file("GLOBAL.prf").ends_with("Size:= 2.250000\n"));
+    EXPECT_EQ(test::read_file("GLOBAL.prf"), std::string(470, '\n'));
     shell("./tiffgen a.img o 0.0 -x1000");
     const std::string before = preferences();
     EXPECT_TRUE(limited("1 -x1000").ends_with("\n1\n")) << "a cut picture is not reported";
@@ -80,6 +80,25 @@ TEST(Surroundings, AFolderThatCanNotBeWrittenIsReported)
     EXPECT_TRUE(run().ends_with("\nCan't write tiff file\n0\n"));
     EXPECT_EQ(preferences(), before);
     shell("chmod 755 .");
+}
+
+TEST(Surroundings, APictureDoesNotReplaceWhatIsRead)
+{
+    const test::EmptyFolder folder;
+    make_folder();
+    shell("./tiffgen");
+    const std::string folder_name = std::filesystem::current_path().string() + "/";
+    for (const auto &[file, said] : {std::pair{"a.img", std::string("a.img")},
+                                     {"a.hdr", "a.hdr"},
+                                     {"rainbow.plt", folder_name + "rainbow.plt"},
+                                     {"tiffgen.prf", "./tiffgen.prf"},
+                                     {"GLOBAL.prf", "./GLOBAL.prf"}}) {
+        const std::string before = test::read_file(file);
+        const std::string ending =
+            shell(std::string("ln -sf ") + file + " o.tif; ./tiffgen a.img o 1");
+        EXPECT_TRUE(ending.ends_with("\nthe output would replace " + said + "\n")) << ending;
+        EXPECT_EQ(test::read_file(file), before);
+    }
 }
 
 // Sixteen first runs at a time, again and again.
