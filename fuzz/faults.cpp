@@ -80,6 +80,9 @@ Procedure *behind(Procedure * /*like*/, const char *name)
 
 } // namespace
 
+// Parameters have names of their own, and some procedures reserved ones.
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name,bugprone-reserved-identifier)
+// NOLINTBEGIN(cert-dcl37-c,cert-dcl51-cpp)
 extern "C" {
 
 int open(const char *path, int flags, ...)
@@ -121,8 +124,8 @@ int close(int file)
 
 // An open stream's cookie.
 struct Stream {
-    int file = -1;
     FILE *owner = nullptr;
+    int file = -1;
     bool unbuffered = false; // read past the stream, as the C library reads its own files
     bool failed = false;     // such a read, which the stream is still to hear of
 };
@@ -270,6 +273,8 @@ void *realloc(void *block, size_t size)
 #endif
 
 } // extern "C"
+// NOLINTEND(cert-dcl37-c,cert-dcl51-cpp)
+// NOLINTEND(readability-inconsistent-declaration-parameter-name,bugprone-reserved-identifier)
 
 [[gnu::constructor]] static void plan()
 {
@@ -278,8 +283,10 @@ void *realloc(void *block, size_t size)
     output.file = STDOUT_FILENO;
     const char *fault = std::getenv("FAULT");
     Fault asked{};
+    int words = 0;
     if (fault != nullptr &&
-        std::sscanf(fault, "%15s %15s %ld", asked.operation, asked.way, &asked.number) == 3) {
+        std::sscanf(fault, "%15s %15s%n", asked.operation, asked.way, &words) == 2) {
+        asked.number = std::strtol(fault + words, nullptr, 10);
         planned = asked;
     }
 }

@@ -34,14 +34,15 @@ struct Order {
 static std::string next_word(std::string_view &line)
 {
     line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
-    const std::string word(line.substr(0, line.find(' ')));
+    std::string word(line.substr(0, line.find(' ')));
     line.remove_prefix(word.size());
     return word;
 }
 
 static Order read_order(std::string_view line)
 {
-    Order order{.keyword = next_word(line).c_str()}; // a zero in it ends it, as any text
+    Order order{.keyword = next_word(line)};
+    order.keyword.resize(std::strlen(order.keyword.c_str())); // a zero in it ends it
     order.operation = text_to_int32(next_word(line).c_str());
     order.quantisation = text_to_float(next_word(line).c_str());
     if (!line.empty()) {
