@@ -2,20 +2,12 @@
 #include "app/palette_index.h"
 #include "app/parse_args.h"
 #include "app/scale_bar.h"
-#include "tests/support/files.h"
-#include "tests/support/process.h"
-
-#include <gtest/gtest.h>
-
-#include <array>
-#include <limits>
-#include <string>
+#include "tests/support/test.h"
 
 using namespace velmorant;
 using test::ending;
-
-static constexpr float Infinity = std::numeric_limits<float>::infinity();
-static constexpr float NotANumber = std::numeric_limits<float>::quiet_NaN();
+using test::Infinity;
+using test::NotANumber;
 
 TEST(PaletteIndex, IsTruncatedAndHeldWithinThePalette)
 {

@@ -1,16 +1,8 @@
 // The built program as its users run it: what it prints, how it ends, which files it leaves.
 
-#include "tests/support/ecat_file.h"
-#include "tests/support/files.h"
-#include "tests/support/process.h"
-#include "tests/support/raw_study.h"
+#include "tests/support/test.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
 #include <sstream>
-#include <string>
-#include <vector>
 
 using test::Outcome;
 

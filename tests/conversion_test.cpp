@@ -3,20 +3,8 @@
 #include "image/format_dispatch.h"
 #include "image/old_layout.h"
 #include "prefs/settings.h"
-#include "tests/support/files.h"
-#include "tests/support/process.h"
-#include "tests/support/raw_study.h"
+#include "tests/support/test.h"
 #include "tests/support/tiff.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <array>
-#include <cmath>
-#include <cstdlib>
-#include <filesystem>
-#include <string>
-#include <vector>
 
 using namespace velmorant;
 

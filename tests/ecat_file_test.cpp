@@ -5,18 +5,7 @@
 #include "ecat/matrix_number.h"
 #include "ecat/vax_numbers.h"
 #include "prefs/file_handle.h"
-#include "tests/support/ecat_file.h"
-#include "tests/support/files.h"
-#include "tests/support/process.h"
-
-#include <gtest/gtest.h>
-
-#include <array>
-#include <bit>
-#include <climits>
-#include <cmath>
-#include <string>
-#include <vector>
+#include "tests/support/test.h"
 
 using namespace velmorant;
 using test::ending;

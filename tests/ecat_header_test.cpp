@@ -3,16 +3,9 @@
 
 #include "ecat/headers.h"
 #include "prefs/file_handle.h"
-#include "tests/support/ecat_file.h"
-#include "tests/support/files.h"
+#include "tests/support/test.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <string>
-#include <utility>
 #include <variant>
-#include <vector>
 
 using namespace velmorant;
 

@@ -2,15 +2,7 @@
 
 #include "ecat/image_reader.h"
 #include "image/format_dispatch.h"
-#include "tests/support/ecat_file.h"
-#include "tests/support/files.h"
-#include "tests/support/process.h"
-#include "tests/support/raw_study.h"
-
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
+#include "tests/support/test.h"
 
 using namespace velmorant;
 using test::ending;

@@ -8,17 +8,9 @@
 #include "image/old_layout.h"
 #include "prefs/file_handle.h"
 #include "prefs/settings.h"
-#include "tests/support/ecat_file.h"
-#include "tests/support/files.h"
-#include "tests/support/process.h"
-#include "tests/support/raw_study.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/test.h"
 
 #include <ctime>
-#include <limits>
-#include <string>
-#include <vector>
 
 using namespace velmorant;
 using test::ending;

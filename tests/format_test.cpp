@@ -3,16 +3,9 @@
 #include "image/format_dispatch.h"
 #include "image/old_layout.h"
 #include "prefs/settings.h"
-#include "tests/support/files.h"
-#include "tests/support/process.h"
-#include "tests/support/raw_study.h"
+#include "tests/support/test.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
 #include <functional>
-#include <string>
-#include <vector>
 
 using namespace velmorant;
 using test::ending;

@@ -2,14 +2,7 @@
 #include "image/image_geometry.h"
 #include "image/image_header.h"
 #include "image/old_layout.h"
-#include "tests/support/process.h"
-#include "tests/support/raw_study.h"
-
-#include <gtest/gtest.h>
-
-#include <climits>
-#include <string>
-#include <vector>
+#include "tests/support/test.h"
 
 using namespace velmorant;
 using test::ending;

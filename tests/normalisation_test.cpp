@@ -1,22 +1,16 @@
 #include "image/normalisation.h"
-#include "tests/support/process.h"
+#include "tests/support/test.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <cstring>
-#include <limits>
 #include <numeric>
-#include <vector>
 
 using namespace velmorant;
 using test::ending;
+using test::Infinity;
+using test::NotANumber;
 
 static constexpr NormSet Defaults{
     .peak_threshold = 0.999F, .lower_threshold = 0.4F, .bin_count = 1024};
 static constexpr float Check = -10000.0F;
-static constexpr float Infinity = std::numeric_limits<float>::infinity();
-static constexpr float NotANumber = std::numeric_limits<float>::quiet_NaN();
 
 static ImageHeader row_of(const std::vector<float> &pixels)
 {

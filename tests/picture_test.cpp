@@ -1,15 +1,7 @@
 // The pictures that the built program makes, pixel by pixel.
 
-#include "tests/support/files.h"
-#include "tests/support/process.h"
-#include "tests/support/raw_study.h"
+#include "tests/support/test.h"
 #include "tests/support/tiff.h"
-
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <string>
-#include <vector>
 
 using Values = std::vector<int>;
 

@@ -3,16 +3,7 @@
 #include "prefs/preference_sets.h"
 #include "prefs/run_environment.h"
 #include "prefs/settings.h"
-#include "tests/support/files.h"
-#include "tests/support/process.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
-#include <filesystem>
-#include <string>
-#include <vector>
+#include "tests/support/test.h"
 
 using namespace velmorant;
 using test::ending;

@@ -4,21 +4,13 @@
 #include "image/raw_reader.h"
 #include "image/raw_writer.h"
 #include "image/short_scaling.h"
-#include "tests/support/files.h"
-#include "tests/support/process.h"
-#include "tests/support/raw_study.h"
-
-#include <gtest/gtest.h>
-
-#include <limits>
-#include <string>
-#include <vector>
+#include "tests/support/test.h"
 
 using namespace velmorant;
 using test::ending;
+using test::Infinity;
 
 static constexpr FormatSetting ToExtreme{};
-static constexpr float Infinity = std::numeric_limits<float>::infinity();
 
 static ImageHeader header_of(std::int32_t x_dim, std::int32_t byte_order)
 {
