@@ -49,7 +49,6 @@ TEST(ScaleBar, RunsFromTheTopOfThePaletteDownBetweenItsEnds)
 
 TEST(Palette, OnlyItsVeryLastByteMayBeMissing)
 {
-    const test::EmptyFolder folder;
     std::string bytes;
     for (int i = 0; i < 768; ++i) {
         bytes += static_cast<char>(i / 256 + 1);

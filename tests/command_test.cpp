@@ -53,7 +53,6 @@ static void make_inputs(const std::string &header_changes = "")
 
 TEST(FirstRun, CreatesCompletePreferenceFilesAndGoesOn)
 {
-    const test::EmptyFolder folder;
     make_inputs();
     const std::string global = "Standard Output x Dimension:= 128\n"
                                "Standard Output y Dimension:= 128\n"
@@ -113,7 +112,6 @@ TEST(FirstRun, CreatesCompletePreferenceFilesAndGoesOn)
 
 TEST(Usage, IsPrintedForFewerThanThreeArgumentsOnceThePreferencesAreRead)
 {
-    const test::EmptyFolder folder;
     tiffgen({});
     EXPECT_EQ(test::summary(tiffgen({"a.img", "out"})), "status 255: " + Banner + Usage);
     const Outcome elsewhere = tiffgen({"-pold", "-pown.prf"});
@@ -124,7 +122,6 @@ TEST(Usage, IsPrintedForFewerThanThreeArgumentsOnceThePreferencesAreRead)
 
 TEST(ProgramDirectory, IsTheFirstWordUpToItsLastSlash)
 {
-    const test::EmptyFolder folder;
     std::filesystem::create_directories("bin/in");
     EXPECT_EQ(test::run_program(TIFFGEN, {"bin/in/viewer"}).status, 255);
     EXPECT_TRUE(std::filesystem::exists("bin/in/GLOBAL.prf"));
@@ -188,7 +185,6 @@ TEST(Endings, EveryFailureHasItsLineAndStatusZero)
 
 TEST(Endings, FormatsAreNamedExactly)
 {
-    const test::EmptyFolder folder;
     make_inputs();
     for (const std::string name : {"floatb", "cti6", "FLOAT", ""}) {
         test::write_file("GLOBAL.prf", "File Format:= \"" + name + "\"\n");
@@ -200,7 +196,6 @@ TEST(Endings, FormatsAreNamedExactly)
 // An ECAT 6 file and a raw one of the same values say the same and make the same picture.
 TEST(EcatStudy, BecomesAPictureLikeARawOne)
 {
-    const test::EmptyFolder folder;
     make_inputs(
         "!matrix size [1] :=20\n!matrix size [2] :=26\n!slice thickness (mm/pixel) :=3.375\n"
         "number of frames :=2\nnumber of beds :=1\n");
@@ -231,7 +226,6 @@ TEST(EcatStudy, BecomesAPictureLikeARawOne)
 
 TEST(Endings, FileNamesThatDoNotFitAbort)
 {
-    const test::EmptyFolder folder;
     make_inputs();
     const std::string longest(254, 'n');
     EXPECT_TRUE(

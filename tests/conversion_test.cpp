@@ -92,7 +92,6 @@ static void expect_volume(const std::vector<float> &found, int frame, int bed, c
 
 TEST(Conversion, EveryFormatBecomesEveryOther)
 {
-    const test::EmptyFolder folder;
     for (const Format &from : Formats) {
         write_study("a.img", from);
         for (const Format &to : Formats) {
@@ -123,7 +122,6 @@ TEST(Conversion, EveryFormatBecomesEveryOther)
 
 TEST(Conversion, FailuresHaveOrdinaryStatuses)
 {
-    const test::EmptyFolder folder;
     write_study("a.img", Formats[3]);
     write_study("e.img", Formats[0]);
     const std::string raw = test::read_file("a.hdr") + test::read_file("a.img");
@@ -206,7 +204,6 @@ static std::vector<int> phantom_pictures(const std::string &keyword)
 
 TEST(Conversion, ThePhantomHasTheSamePicturesInEveryFormat)
 {
-    const test::EmptyFolder folder;
     test::write_file("rainbow.plt", std::string(768, 'p'));
     const std::vector<int> expected = phantom_pictures("FLOATB");
     EXPECT_EQ(*std::ranges::max_element(expected), 254);

@@ -93,7 +93,6 @@ TEST(MatrixNumber, PacksCoordinatesThatWrapAround)
 
 TEST(Blocks, AreReadOrEndTheProcess)
 {
-    const test::EmptyFolder folder;
     test::EcatFile file;
     file.put(2, 0, "second");
     const FileHandle stream = open_file(file);
@@ -133,7 +132,6 @@ TEST(Blocks, AreReadOrEndTheProcess)
 
 TEST(Blocks, AreWrittenOrEndTheProcess)
 {
-    const test::EmptyFolder folder;
     const std::string block(512, 'b');
     std::FILE *stream = mat_open("w.v", "w+b");
     EXPECT_EQ(mat_wblk(stream, 3, block.data(), 1), 0);
@@ -170,7 +168,6 @@ static std::array<std::int32_t, 4> words(const MatDirEntry &entry)
 
 TEST(Directory, IsWalkedAlongItsLinks)
 {
-    const test::EmptyFolder folder;
     const FileHandle stream = open_file(chained_directory());
     DirectoryIndex index(stream.get());
     // The index is asked for the chain's last entry first.
@@ -205,7 +202,6 @@ TEST(Directory, IsWalkedAlongItsLinks)
 
 TEST(Directory, EndsWhereItsLinksGoAstray)
 {
-    const test::EmptyFolder folder;
     // What a link of block 39 to anything but block 2 leads to, for whoever looks beyond.
     const std::string beyond = "status 255: fread error in mat_rblk (512 expected, 0 read)...\n";
     const auto nowhere = [](const std::string &block) {
@@ -240,7 +236,6 @@ TEST(Directory, EndsWhereItsLinksGoAstray)
 
 TEST(Directory, IsHeldByAnIndexAndReadAfreshByALookup)
 {
-    const test::EmptyFolder folder;
     const FileHandle stream = open_file(chained_directory());
     DirectoryIndex index(stream.get());
     EXPECT_NE(index.find(11), nullptr);

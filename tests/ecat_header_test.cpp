@@ -75,7 +75,6 @@ static std::string make_block(const std::vector<std::pair<int, int>> &runs,
 
 TEST(EcatHeaders, FieldsAreWhereTheyBelong)
 {
-    const test::EmptyFolder folder;
     const std::string block = make_block({{0, 512}});
     test::write_file("h.v", block + std::string(512, '\0') + block);
     const FileHandle stream(mat_open("h.v", "rb"));
@@ -130,7 +129,6 @@ static std::string rewrite(std::FILE *stream, void (*read)(std::FILE *, std::int
 
 TEST(EcatHeaders, FieldsAreWrittenWhereTheyWereRead)
 {
-    const test::EmptyFolder folder;
     test::write_file("h.v", make_block({{0, 512}}));
     const FileHandle stream(mat_open("h.v", "r+b"));
     // clang-format off

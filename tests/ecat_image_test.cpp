@@ -26,7 +26,6 @@ static std::string header_ending(const test::EcatFile &file)
 
 TEST(EcatImage, HeaderIsMadeOfTheMainHeaderAndAllSubheaders)
 {
-    const test::EmptyFolder folder;
     test::EcatFile file = test::small_ecat_study();
     test::write_file("s.v", file.bytes);
     ImageHeader header{9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9};
@@ -60,7 +59,6 @@ TEST(EcatImage, HeaderIsMadeOfTheMainHeaderAndAllSubheaders)
 
 TEST(EcatImage, HeadersThatDoNotGoTogetherEndTheRun)
 {
-    const test::EmptyFolder folder;
     EXPECT_EQ(ending(read_small_header), "status 0: can't open s.v\n");
     // One thing put into a subheader.
     const struct {
@@ -96,7 +94,6 @@ static std::vector<float> read_with(Reader reader, const ImageMatrix &selector, 
 
 TEST(EcatImage, PlanesOfOneFrameAndBedAreRead)
 {
-    const test::EmptyFolder folder;
     test::EcatFile file = test::small_ecat_study();
     test::write_file("s.v", file.bytes);
     EXPECT_EQ(read_with(read_image_planes_cti6, {1, 1, 1, 0, 1}, 1560),
@@ -119,7 +116,6 @@ TEST(EcatImage, PlanesOfOneFrameAndBedAreRead)
 
 TEST(EcatImage, ManyVolumesAreReadBedByBedWithinAFrame)
 {
-    const test::EmptyFolder folder;
     test::write_file("s.v", test::small_ecat_study().bytes);
     std::vector<float> expected;
     for (const auto &[frame, bed] : {std::pair{1, 0}, {1, 1}, {2, 0}, {2, 1}}) {
@@ -133,7 +129,6 @@ TEST(EcatImage, ManyVolumesAreReadBedByBedWithinAFrame)
 
 TEST(EcatImage, PlanesThatCanNotBeReadEndTheRun)
 {
-    const test::EmptyFolder folder;
     test::EcatFile file = test::small_ecat_study();
     file.put32(2, 16 + 16 * 2, {0});             // plane 3 of frame 1, bed 0
     file.put32(2, 16 + 16 * 5 + 4, {37});        // bed 1's begins at the file's last block but one,

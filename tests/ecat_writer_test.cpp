@@ -34,7 +34,6 @@ static std::string directory_block(const std::vector<std::int64_t> &words)
 
 TEST(MatrixFile, BeginsWithAMainHeaderAndAnEmptyDirectory)
 {
-    const test::EmptyFolder folder;
     MatMainHeader main_header{};
     main_header.num_planes = 0x1234;
     test::EcatFile expected;
@@ -51,7 +50,6 @@ TEST(MatrixFile, BeginsWithAMainHeaderAndAnEmptyDirectory)
 
 TEST(MatrixEntry, FollowsTheOneBefore)
 {
-    const test::EmptyFolder folder;
     const FileHandle stream = create_file();
     EXPECT_EQ(mat_enter(stream.get(), 11, 64), 3);
     EXPECT_EQ(mat_enter(stream.get(), 12, 64), 68);
@@ -74,7 +72,6 @@ TEST(MatrixEntry, FollowsTheOneBefore)
 
 TEST(MatrixEntry, KeepsItsPlaceWhileItGrowsByNoMoreThanABlock)
 {
-    const test::EmptyFolder folder;
     const struct {
         std::uint32_t number;
         std::int32_t data_blocks;
@@ -98,7 +95,6 @@ TEST(MatrixEntry, KeepsItsPlaceWhileItGrowsByNoMoreThanABlock)
 
 TEST(MatrixEntry, EndsInADamagedDirectory)
 {
-    const test::EmptyFolder folder;
     std::vector<std::int64_t> full{0, 3, 2, 31};
     for (int i = 0; i < 31; ++i) {
         full.insert(full.end(), {99, 3, 5, 1});
@@ -133,7 +129,6 @@ static Subheader of_width(std::int16_t width)
 
 TEST(MatrixData, FollowTheirSubheader)
 {
-    const test::EmptyFolder folder;
     const std::vector<std::int16_t> integers(257, 0x1234);
     std::vector<float> floats(129, 1.0F);
     floats.back() = -0.2F;
@@ -235,7 +230,6 @@ static std::string date_in(const std::string &file_name)
 
 TEST(EcatImageWriter, StoresEachPlaneInItsOwnScale)
 {
-    const test::EmptyFolder folder;
     constexpr float nan = std::numeric_limits<float>::quiet_NaN();
     constexpr float inf = std::numeric_limits<float>::infinity();
     // Half a unit is rounded up above 0, and toward 0 below.
@@ -284,7 +278,6 @@ TEST(EcatImageWriter, StoresEachPlaneInItsOwnScale)
 
 TEST(EcatImageWriter, CreatesFilesOfEmptyPlanes)
 {
-    const test::EmptyFolder folder;
     ImageHeader header = small_header();
     header.y_dim = 4;
     header.pixel_size_y = 7.0F;
@@ -304,7 +297,6 @@ TEST(EcatImageWriter, CreatesFilesOfEmptyPlanes)
 
 TEST(EcatImageWriter, CoordinatesThatWrapAroundTakeTheOthersPlaces)
 {
-    const test::EmptyFolder folder;
     INT_MaxPixelValue = 1;
     const struct {
         std::int32_t frames, beds_after_first, slices;
@@ -338,7 +330,6 @@ TEST(EcatImageWriter, CoordinatesThatWrapAroundTakeTheOthersPlaces)
 
 TEST(EcatImageWriter, WhatCanNotBeWrittenEndsTheRun)
 {
-    const test::EmptyFolder folder;
     const std::vector<float> image(24);
     const auto report = [&](const std::string &name, const ImageHeader &header) {
         std::string written =

@@ -46,7 +46,6 @@ static constexpr std::size_t Bare = 3;
 
 TEST(FormatWriting, KeywordsSetTheStorage)
 {
-    const test::EmptyFolder folder;
     INT_MaxPixelValue = 8;
     const struct {
         const char *keyword;
@@ -97,7 +96,6 @@ TEST(FormatWriting, KeywordsSetTheStorage)
 
 TEST(FormatWriting, OtherKeywordsAreRefusedBeforeAnythingChanges)
 {
-    const test::EmptyFolder folder;
     FormatSetting unterminated = create_format_setting("FLOATB");
     unterminated.keyword.fill('C');
     for (const FormatSetting &settings :

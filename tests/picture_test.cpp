@@ -36,7 +36,6 @@ static void write_study(const std::string &header_changes, const std::string &da
 
 TEST(Montage, TilesAreCutPaddedAndCentred)
 {
-    const test::EmptyFolder folder;
     write_study("", test::stored_floats(Volume, true));
     // clang-format off
     const struct {
@@ -78,7 +77,6 @@ TEST(Montage, TilesAreCutPaddedAndCentred)
 
 TEST(Montage, EveryStorageShowsTheSamePicture)
 {
-    const test::EmptyFolder folder;
     const std::vector<std::int64_t> integers(Volume.begin(), Volume.end());
     const std::vector<std::int64_t> backwards(Volume.rbegin(), Volume.rend());
     // The pixels with x, y or the slices in reverse.
@@ -129,7 +127,6 @@ TEST(Montage, EveryStorageShowsTheSamePicture)
 
 TEST(Montage, ShowsTheSelectedFrameAndBed)
 {
-    const test::EmptyFolder folder;
     std::string data = "12345";
     for (const float value : {128.0F, 144.0F, 160.0F, 176.0F, 192.0F, 208.0F}) {
         data += test::stored_floats({value}, true);
@@ -149,7 +146,6 @@ TEST(Montage, ShowsTheSelectedFrameAndBed)
 
 TEST(Montage, PeakNormalisationTakesTheMaximumToTheTop)
 {
-    const test::EmptyFolder folder;
     write_study("matrix size [1] :=4\nmatrix size [2] :=1\nnumber of slices :=1\n",
                 test::stored_floats({-20000, 10, 40, 80}, true));
     for (const char *maximum : {"0", "0.0", "abc"}) {
@@ -168,7 +164,6 @@ TEST(Montage, PeakNormalisationTakesTheMaximumToTheTop)
 
 TEST(Picture, ColoursComeFromThePaletteAndTheBarStandsBeside)
 {
-    const test::EmptyFolder folder;
     write_study("matrix size [1] :=1\nmatrix size [2] :=8\nnumber of slices :=1\n",
                 test::stored_floats({16, 32, 48, 64, 80, 96, 112, 300}, true));
     test::write_file("tiffgen.prf", "Width of the Scale (pixel):= 2\n");

@@ -23,7 +23,6 @@ static std::vector<std::string> lines_of(const std::string &bytes)
 
 TEST(PreferenceLine, EndsAtLineFeedCarriageReturnLimitOrEndOfFile)
 {
-    const test::EmptyFolder folder;
     EXPECT_EQ(lines_of(""), (std::vector<std::string>{}));
     EXPECT_EQ(lines_of("a\nb\r\nc"), (std::vector<std::string>{"a\n", "b\r", "\n", "c"}));
     const std::string piece(253, 'x');
@@ -86,7 +85,6 @@ TEST(PreferenceLine, TextIsWhatStandsBetweenTheFirstTwoQuotesBehindTheSeparator)
 
 TEST(PreferenceFile, FirstLineWinsAndMissingKeysAreAppended)
 {
-    const test::EmptyFolder folder;
     test::write_file("p", "x Size := 3\r\nSize:= 4\n" + std::string(249, ' ') + "cut key:= 9\n");
     EXPECT_EQ(preference_int_strings("p", "size", 1), 3);
     // The key "cut key" is cut by the limit of 253 characters a line.
@@ -116,7 +114,6 @@ TEST(PreferenceFile, FirstLineWinsAndMissingKeysAreAppended)
 
 TEST(PreferenceFile, UnusableFilesEndTheRun)
 {
-    const test::EmptyFolder folder;
     EXPECT_EQ(ending([] { preference_int_strings("none", "K", 1); }),
               "status 0: can't open none\n");
     std::filesystem::create_directory("d");
@@ -129,7 +126,6 @@ TEST(PreferenceFile, UnusableFilesEndTheRun)
 
 TEST(PreferenceSets, EveryKeyReachesItsSetting)
 {
-    const test::EmptyFolder folder;
     ending([] { read_global_preference(""); });
     // The lines of the new file in order, each with another value.
     std::string file;
@@ -154,7 +150,7 @@ TEST(PreferenceSets, EveryKeyReachesItsSetting)
 
 TEST(PreferenceSets, WorkingDirectoryMustLeaveRoomForThePaletteName)
 {
-    const test::EmptyFolder folder;
+    const std::filesystem::path folder = std::filesystem::current_path();
     const auto deepen_to = [](std::size_t length) {
         const std::size_t now = std::filesystem::current_path().string().size();
         const std::string name(length - now - 1, 'd');
@@ -166,7 +162,7 @@ TEST(PreferenceSets, WorkingDirectoryMustLeaveRoomForThePaletteName)
     EXPECT_NE(
         test::read_file("p").find(std::filesystem::current_path().string() + "/rainbow.plt\""),
         std::string::npos);
-    std::filesystem::current_path(folder.path);
+    std::filesystem::current_path(folder);
     deepen_to(243);
     EXPECT_EQ(ending([] { read_local_preference("p"); }), "status 134: p does not exist...\n");
     EXPECT_EQ(test::read_file("p"), "");

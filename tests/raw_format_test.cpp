@@ -34,7 +34,6 @@ TEST(RawHeader, NameEndsWhereTheLastDotStands)
 
 TEST(RawHeader, EveryKeySetsItsField)
 {
-    const test::EmptyFolder folder;
     test::write_file("s.hdr", "MATRIX SIZE [1] := 101\n"
                               "x matrix size [2] y :=102 rows\r\n"
                               "number of slices:=103\n"
@@ -113,7 +112,6 @@ TEST(ShortScaling, ValuesAreRoundedAwayFromZeroAndTheNarrowBandsCaught)
 
 TEST(RawWriter, OneVolumeOfFloats)
 {
-    const test::EmptyFolder folder;
     ImageHeader header = header_of(2, 0);
     header.num_slices = 2;
     header.num_frames = 2; // stated, but one volume is written
@@ -158,7 +156,6 @@ static bool states_scaling(const std::string &name, const std::string &value)
 
 TEST(RawWriter, OneVolumeOfShortsByEveryQuantisation)
 {
-    const test::EmptyFolder folder;
     ImageHeader header = header_of(4, 1);
     header.num_beds = 1; // stated, but one volume is scaled and written
     std::vector<float> pixels{1000.0F, 500.0F, -0.25F, 32701.0F};
@@ -188,7 +185,6 @@ TEST(RawWriter, OneVolumeOfShortsByEveryQuantisation)
 
 TEST(RawWriter, WholeFilesShareOneScalingAndStateNoOffset)
 {
-    const test::EmptyFolder folder;
     ImageHeader header = header_of(2, 0);
     header.num_frames = 2;
     header.num_beds = 1;
@@ -210,7 +206,6 @@ TEST(RawWriter, WholeFilesShareOneScalingAndStateNoOffset)
 
 TEST(RawWriter, BareDataComeWithoutATextHeaderAndTellTheirStep)
 {
-    const test::EmptyFolder folder;
     test::write_file("s.hdr", "as it was");
     ImageHeader header = header_of(2, 1);
     header.num_slices = 2;
@@ -252,7 +247,6 @@ TEST(RawWriter, BareDataComeWithoutATextHeaderAndTellTheirStep)
 
 TEST(RawWriter, WhatCanNotBeWrittenIsReported)
 {
-    const test::EmptyFolder folder;
     std::vector<float> pixels(100000);
     const auto report = [&](const char *name, std::int32_t byte_order) {
         return ending([&] {
@@ -273,7 +267,6 @@ TEST(RawWriter, WhatCanNotBeWrittenIsReported)
 
 TEST(RawFormat, PiecesJoinWithoutASeam)
 {
-    const test::EmptyFolder folder;
     std::vector<std::int64_t> integers(300001);
     for (std::size_t i = 1; i < integers.size(); ++i) {
         integers[i] = static_cast<std::int64_t>(i % 32687);

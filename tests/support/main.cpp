@@ -1,3 +1,5 @@
+#include "tests/support/files.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -18,9 +20,30 @@ static void refuse_early_end()
     }
 }
 
+namespace
+{
+
+// Every test has an empty working directory of its own. A process that it forks leaves the folder
+// alone where it exits, which is why no smart pointer holds it.
+class EachInAnEmptyFolder : public testing::EmptyTestEventListener
+{
+    void OnTestStart(const testing::TestInfo & /*test*/) override
+    {
+        folder = new test::EmptyFolder;
+    }
+    void OnTestEnd(const testing::TestInfo & /*test*/) override
+    {
+        delete folder;
+    }
+    test::EmptyFolder *folder = nullptr;
+};
+
+} // namespace
+
 int main(int argc, char **argv)
 {
     testing::InitGoogleTest(&argc, argv);
+    testing::UnitTest::GetInstance()->listeners().Append(new EachInAnEmptyFolder);
     TestProcess = getpid();
     if (std::atexit(refuse_early_end) != 0) {
         return EXIT_FAILURE;
