@@ -126,6 +126,9 @@ TEST(Conversion, FailuresHaveOrdinaryStatuses)
     write_study("e.img", Formats[0]);
     const std::string raw = test::read_file("a.hdr") + test::read_file("a.img");
     std::filesystem::create_symlink("a.img", "link.img");
+    std::filesystem::create_symlink("/dev/full", "full.img");
+    std::filesystem::create_symlink("/dev/full", "header.hdr");
+    std::filesystem::create_directory("folder.img");
     test::write_file("cut.img", test::read_file("e.img").substr(0, 5000));
     // Says in its header that it has two gates, and has one.
     std::string gated = test::read_file("e.img");
@@ -152,6 +155,11 @@ TEST(Conversion, FailuresHaveOrdinaryStatuses)
          "warning: each plane's end, short of a block of 256 pixels, is read as 0\n"},
         {1, {"FLOATB", "none.img", "CTI6", "b"}, "can't open none.hdr\n"},
         {1, {"FLOATB", "a.img", "FLOAT", "b"}, "unspecified or unsupported file format\n"},
+        {1, {"floatb", "a.img", "FLOATL", "b"}, "unspecified or unsupported file format\n"},
+        {1, {"FLOATB", "a.img", "CTI6", "none/b"}, "can't open none/b\n"},
+        {1, {"FLOATB", "a.img", "FLOATL", "folder.img"}, "can't open folder.img\n"},
+        {1, {"FLOATB", "a.img", "FLOATL", "full.img"}, "can't write full.img\n"},
+        {1, {"FLOATB", "a.img", "FLOATL", "header.img"}, "can't write header.hdr\n"},
         {1, {"CTI6", "empty.img", "FLOATL", "b"}, "no pixels in empty.img\n"},
         {1, {"CTI6", "cut.img", "FLOATL", "b"}, "fread error in mat_rblk (512 expected, 0 read)...\n"},
         {1, {"FLOATB", "a.img", "CTI6", "/dev/full"},
@@ -195,6 +203,9 @@ static std::vector<int> phantom_pictures(const std::string &keyword)
         const std::string said =
             run(TIFFGEN, {"p.img", "p", options[0], options[1], options[2], "-g1", "-X3"});
         EXPECT_TRUE(said.starts_with("status 1: ")) << said;
+        EXPECT_NE(said.find("\nXD= 64;YD= 64;SL= 6;PX=3.400;PY=3.400;PZ=24.000;F= 2;B=1\nMax="),
+                  std::string::npos)
+            << said;
         const test::Picture picture = test::read_picture("p.tif");
         EXPECT_EQ(picture.width, 192);
         bytes.insert(bytes.end(), picture.bytes.begin(), picture.bytes.end());

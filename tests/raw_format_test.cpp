@@ -34,26 +34,18 @@ TEST(RawHeader, NameEndsWhereTheLastDotStands)
 
 TEST(RawHeader, EveryKeySetsItsField)
 {
-    test::write_file("s.hdr", "MATRIX SIZE [1] := 101\n"
-                              "x matrix size [2] y :=102 rows\r\n"
-                              "number of slices:=103\n"
-                              "scaling factor (mm/pixel) [1] := 1.25\n"
+    test::write_file("s.hdr", "MATRIX SIZE [1] := 101\nx matrix size [2] y :=102 rows\r\n"
+                              "number of slices:=103\nscaling factor (mm/pixel) [1] := 1.25\n"
                               "scaling factor (mm/pixel) [2] :=2.5\n"
                               "slice thickness (mm/pixel) :=3.75\n"
                               "!the right brain on the left :=104\n"
                               "!the anterior to the posterior :=105\n"
-                              "!the superior to the inferior :=106\n"
-                              "!pixel scaling value :=1\n"
-                              "!pixel scaling value :=65400\n"
-                              "!data offset in bytes :=107\n"
-                              "!imagedata byte order :=bigendian\n"
-                              "!data format :=2\n"
-                              "number of frames :=108\n"
-                              "number of beds :=109\n"
-                              "the right brain on the left :=1\n"
-                              "!end of interfile :=\n"
-                              "number of beds :=110\n"
-                              "!END OF HEADER:= number of beds :=111\n"
+                              "!the superior to the inferior :=106\n!pixel scaling value :=1\n"
+                              "!pixel scaling value :=65400\n!data offset in bytes :=107\n"
+                              "!imagedata byte order :=bigendian\n!data format :=2\n"
+                              "number of frames :=108\nnumber of beds :=109\n"
+                              "the right brain on the left :=1\n!end of interfile :=\n"
+                              "number of beds :=110\n!END OF HEADER:= number of beds :=111\n"
                               "number of beds :=112\n");
     ImageHeader header{};
     read_header("s.v", header, "FLOATL");
@@ -123,26 +115,25 @@ TEST(RawWriter, OneVolumeOfFloats)
     EXPECT_EQ(pixels, (std::vector<float>{1.0F, -2.0F, 0.5F, -8.0F}));
     EXPECT_EQ(test::read_file("s.img"),
               std::string(3, '\0') + test::stored_floats({0.5F, 4.0F, 1.0F, -2.0F}, false));
-    const std::string lines = "!data offset in bytes :=3\n"
-                              "!imagedata byte order :=LITTLEENDIAN\n"
-                              "!matrix size [1] :=2\n"
-                              "!matrix size [2] :=1\n"
-                              "!data format :=3\n"
-                              "!number format :=floating point\n"
-                              "!number of bytes per pixel :=4\n"
+    const std::string lines = "!data offset in bytes :=3\n!imagedata byte order :=LITTLEENDIAN\n"
+                              "!matrix size [1] :=2\n!matrix size [2] :=1\n!data format :=3\n"
+                              "!number format :=floating point\n!number of bytes per pixel :=4\n"
                               "scaling factor (mm/pixel) [1] :=2.000000\n"
                               "scaling factor (mm/pixel) [2] :=2.000000\n"
-                              "!pixel scaling value :=32700.000000\n"
-                              "!number of slices :=2\n"
+                              "!pixel scaling value :=32700.000000\n!number of slices :=2\n"
                               "!slice thickness (mm/pixel) :=4.000000\n"
                               "!the right brain on the left   :=1\n"
                               "!the anterior to the posterior :=1\n"
-                              "!the superior to the inferior  :=0\n"
-                              "number of frames :=2\n"
+                              "!the superior to the inferior  :=0\nnumber of frames :=2\n"
                               "number of beds   :=0\n";
     EXPECT_EQ(test::read_file("s.hdr"), lines + "!END OF HEADER:=\n");
     write_image_header_binary_float("t.img", pixels.data(), header, ToExtreme);
     EXPECT_EQ(test::read_file("t.hdr"), lines + "!END OF INTERFILE :=\n");
+    header.byte_order = 2;
+    EXPECT_EQ(
+        ending([&] { write_image_header_binary_float("t.img", pixels.data(), header, ToExtreme); }),
+        "status 0: unspecified byte order in the header\n");
+    EXPECT_EQ(test::read_file("t.hdr"), "!data offset in bytes :=3\n");
     EXPECT_FALSE(std::filesystem::exists("t.img"));
 }
 
@@ -243,26 +234,6 @@ TEST(RawWriter, BareDataComeWithoutATextHeaderAndTellTheirStep)
               }),
               "status 0: unspecified byte order in the header\n");
     EXPECT_EQ(test::read_file("s.img"), offset);
-}
-
-TEST(RawWriter, WhatCanNotBeWrittenIsReported)
-{
-    std::vector<float> pixels(100000);
-    const auto report = [&](const char *name, std::int32_t byte_order) {
-        return ending([&] {
-            write_image_matrix_binary_float(name, pixels.data(), header_of(100000, byte_order),
-                                            ToExtreme, 0.0F, 0.0F);
-        });
-    };
-    EXPECT_EQ(report("none/s.img", 1), "status 0: can't open none/s.hdr\n");
-    EXPECT_EQ(report("s.img", 2), "status 0: unspecified byte order in the header\n");
-    EXPECT_EQ(test::read_file("s.hdr"), "!data offset in bytes :=0\n");
-    std::filesystem::create_directory("t.img");
-    EXPECT_EQ(report("t.img", 1), "status 0: can't open t.img\n");
-    std::filesystem::create_symlink("/dev/full", "u.img");
-    EXPECT_EQ(report("u.img", 1), "status 0: can't write u.img\n");
-    std::filesystem::create_symlink("/dev/full", "v.hdr");
-    EXPECT_EQ(report("v.img", 1), "status 0: can't write v.hdr\n");
 }
 
 TEST(RawFormat, PiecesJoinWithoutASeam)

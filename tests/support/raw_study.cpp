@@ -5,18 +5,11 @@ namespace test
 
 std::string text_header(const std::string &changes)
 {
-    return "!data offset in bytes :=0\n"
-           "!imagedata byte order :=BIGENDIAN\n"
-           "!matrix size [1] :=3\n"
-           "!matrix size [2] :=2\n"
-           "!data format :=3\n"
-           "scaling factor (mm/pixel) [1] :=2.0\n"
-           "scaling factor (mm/pixel) [2] :=2.0\n"
-           "!pixel scaling value :=32700.0\n"
-           "!number of slices :=3\n"
-           "!slice thickness (mm/pixel) :=4.0\n"
-           "!the right brain on the left   :=1\n"
-           "!the anterior to the posterior :=1\n"
+    return "!data offset in bytes :=0\n!imagedata byte order :=BIGENDIAN\n!matrix size [1] :=3\n"
+           "!matrix size [2] :=2\n!data format :=3\nscaling factor (mm/pixel) [1] :=2.0\n"
+           "scaling factor (mm/pixel) [2] :=2.0\n!pixel scaling value :=32700.0\n"
+           "!number of slices :=3\n!slice thickness (mm/pixel) :=4.0\n"
+           "!the right brain on the left   :=1\n!the anterior to the posterior :=1\n"
            "!the superior to the inferior  :=1\n" +
            changes;
 }
