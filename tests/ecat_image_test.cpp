@@ -57,30 +57,15 @@ TEST(EcatImage, HeaderIsMadeOfTheMainHeaderAndAllSubheaders)
     EXPECT_EQ(read_small_header().num_frames, -2);
 }
 
-TEST(EcatImage, HeadersThatDoNotGoTogetherEndTheRun)
+TEST(EcatImage, PixelSizesMustGoTogether)
 {
     EXPECT_EQ(ending(read_small_header), "status 0: can't open s.v\n");
-    // One thing put into a subheader.
-    const struct {
-        int byte;
-        std::vector<std::int64_t> words;
-        std::string expected;
-    } cases[] = {
-        {184, {0, 0}, "status 0: illegal pixel size in the subheader\n"},
-        {184, {0xBF4C, 0xCCCD}, "status 0: illegal pixel size in the subheader\n"},
-        {184, {0x3F4C, 0xCCCE}, "status 0: inconsistent pixel size among frames\n"},
-        {184, {0x0080, 0x0001}, "status 77: "}, // NaN
-        {132, {0}, "status 0: illegal dimensions\n"},
-        {134, {0x8000}, "status 0: illegal dimensions\n"},
-        {132, {21}, "status 0: inconsisten dimensions among frames\n"},
-        {134, {1}, "status 0: inconsisten dimensions among frames\n"},
-    };
-    for (const auto &row : cases) {
-        // The last matrix of all: whatever comes before goes together.
-        test::EcatFile file = test::small_ecat_study();
-        file.put16(test::small_ecat_block(2, 3, 1), row.byte, row.words);
-        EXPECT_EQ(header_ending(file), row.expected);
-    }
+    // In the last matrix of all: whatever comes before goes together.
+    test::EcatFile file = test::small_ecat_study();
+    file.put16(test::small_ecat_block(2, 3, 1), 184, {0, 0});
+    EXPECT_EQ(header_ending(file), "status 0: illegal pixel size in the subheader\n");
+    file.put16(test::small_ecat_block(2, 3, 1), 184, {0x3F4C, 0xCCCE});
+    EXPECT_EQ(header_ending(file), "status 0: inconsistent pixel size among frames\n");
 }
 
 // The values that a reader leaves in a buffer of `count` floats.

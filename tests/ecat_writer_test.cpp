@@ -330,18 +330,12 @@ TEST(EcatImageWriter, CoordinatesThatWrapAroundTakeTheOthersPlaces)
 
 TEST(EcatImageWriter, WhatCanNotBeWrittenEndsTheRun)
 {
-    const std::vector<float> image(24);
-    const auto report = [&](const std::string &name, const ImageHeader &header) {
-        std::string written =
-            ending([&] { write_image_matrix_cti6(name.c_str(), image.data(), header, 0, 0); });
-        EXPECT_EQ(ending([&] { create_image_matrix_cti6(name.c_str(), header); }), written);
-        return written;
-    };
-    EXPECT_EQ(report("none/f.v", small_header()), "status 0: can't open none/f.v\n");
-    EXPECT_EQ(report("/dev/full", small_header()),
-              "status 255: fwrite error in mat_wblk (512 expected, 0 written)...\n");
     ImageHeader header = small_header();
+    EXPECT_EQ(ending([&] { create_image_matrix_cti6("none/f.v", header); }),
+              "status 0: can't open none/f.v\n");
     header.x_dim = -1;
-    EXPECT_EQ(report("f.v", header), "status 0: illegal image dimensions -1 x 1 x 2\n");
+    const std::string illegal = "status 0: illegal image dimensions -1 x 1 x 2\n";
+    EXPECT_EQ(ending([&] { create_image_matrix_cti6("f.v", header); }), illegal);
+    EXPECT_EQ(ending([&] { write_image_matrix_cti6("f.v", nullptr, header, 0, 0); }), illegal);
     EXPECT_FALSE(std::filesystem::exists("f.v"));
 }
