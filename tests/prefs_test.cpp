@@ -59,10 +59,9 @@ TEST(PreferenceLine, NumbersAreReadAsAtoiAndAtofReadThem)
     EXPECT_EQ(get_short_int_strings("key:= 40000"), -25536);
     EXPECT_EQ(get_float_strings("key:=-3.75 mm"), -3.75F);
     EXPECT_EQ(get_float_strings("key:= 1e99"), INFINITY);
-    EXPECT_EQ(ending([] { get_int_strings("key 12"); }),
-              "status 0: can't find a preference value\n");
-    EXPECT_EQ(ending([] { get_float_strings("key = 12"); }),
-              "status 0: can't find a preference value\n");
+    const std::string none = "status 0: can't find a preference value\n";
+    EXPECT_EQ(ending([] { get_int_strings("key 12"); }), none);
+    EXPECT_EQ(ending([] { get_float_strings("key = 12"); }), none);
 }
 
 TEST(PreferenceLine, TextIsWhatStandsBetweenTheFirstTwoQuotesBehindTheSeparator)
