@@ -21,26 +21,12 @@ static ImageHeader unsigned_header()
     return header;
 }
 
-using Writer = std::function<void(float *, ImageHeader &, const FormatSetting &)>;
+using Writer =
+    std::function<void(const char *, float *, ImageHeader &, const FormatSetting &, float, float)>;
 
-// The header alone, one volume, all volumes, bare data. Pixels below 3 are replaced by 2.
-static const std::vector<Writer> Writers{
-    [](float *pixels, ImageHeader &header, const FormatSetting &settings) {
-        write_image_header("s.img", pixels, header, settings, 3.0F, 2.0F);
-    },
-    [](float *pixels, ImageHeader &header, const FormatSetting &settings) {
-        write_image_matrix("s.img", pixels, header, settings, 3.0F, 2.0F);
-    },
-    [](float *pixels, ImageHeader &header, const FormatSetting &settings) {
-        write_image_matrix_multiple("s.img", pixels, header, settings, 3.0F, 2.0F);
-    },
-    [](float *pixels, ImageHeader &header, const FormatSetting &settings) {
-        const float step =
-            write_image_matrix_wo_header("s.img", pixels, header, settings, 3.0F, 2.0F);
-        EXPECT_EQ(step, header.data_format == 3   ? 1.0F
-                        : header.data_format == 1 ? 4.0F / 32700.0F
-                                                  : 0.0F);
-    }};
+// The header alone, one volume, all volumes, bare data.
+static const std::vector<Writer> Writers{write_image_header, write_image_matrix,
+                                         write_image_matrix_multiple, write_image_matrix_wo_header};
 static constexpr std::size_t HeaderOnly = 0;
 static constexpr std::size_t Bare = 3;
 
@@ -50,13 +36,14 @@ TEST(FormatWriting, KeywordsSetTheStorage)
     const struct {
         const char *keyword;
         std::int32_t byte_order, data_format;
+        float step;
         std::string data;
     } cases[] = {
-        {"SHORTINT2B", 1, 1, test::stored_integers({16350, 32700}, 2, true)},
-        {"SHORTINT2L", 0, 1, test::stored_integers({16350, 32700}, 2, false)},
-        {"FLOATB", 1, 3, test::stored_floats({2.0F, 4.0F}, true)},
-        {"FLOATL", 0, 3, test::stored_floats({2.0F, 4.0F}, false)},
-        {"CTI6", 1, 2, test::stored_integers({4, 8}, 2, false) + std::string(508, '\0')},
+        {"SHORTINT2B", 1, 1, 4.0F / 32700.0F, test::stored_integers({16350, 32700}, 2, true)},
+        {"SHORTINT2L", 0, 1, 4.0F / 32700.0F, test::stored_integers({16350, 32700}, 2, false)},
+        {"FLOATB", 1, 3, 1.0F, test::stored_floats({2.0F, 4.0F}, true)},
+        {"FLOATL", 0, 3, 1.0F, test::stored_floats({2.0F, 4.0F}, false)},
+        {"CTI6", 1, 2, 0.0F, test::stored_integers({4, 8}, 2, false) + std::string(508, '\0')},
     };
     const std::string said_of_ecat[] = {
         "header information will be written with image data...\n", "", "",
@@ -74,9 +61,11 @@ TEST(FormatWriting, KeywordsSetTheStorage)
             expected.data_offset = keeps_offset ? 512 : 0;
             const auto write = [&] {
                 ImageHeader header = unsigned_header();
-                Writers[i](pixels.data(), header, create_format_setting(row.keyword));
+                Writers[i]("s.img", pixels.data(), header, create_format_setting(row.keyword), 3,
+                           2);
                 EXPECT_EQ(test::fields(header), test::fields(expected)) << row.keyword << i;
             };
+            // Pixels below 3 are replaced by 2.
             EXPECT_EQ(ending(write), "status 77: " + (ecat ? said_of_ecat[i] : ""));
             ASSERT_EQ(std::filesystem::exists("s.hdr"), !ecat && i != Bare);
             ASSERT_EQ(std::filesystem::exists("s.img"), i != HeaderOnly);
@@ -91,6 +80,10 @@ TEST(FormatWriting, KeywordsSetTheStorage)
                 EXPECT_TRUE(file.ends_with(row.data)) << row.keyword << i;
             }
         }
+        ImageHeader header = unsigned_header();
+        EXPECT_EQ(write_image_matrix_wo_header("s.img", pixels.data(), header,
+                                               create_format_setting(row.keyword), 3, 2),
+                  row.step);
     }
 }
 
@@ -103,7 +96,7 @@ TEST(FormatWriting, OtherKeywordsAreRefusedBeforeAnythingChanges)
           create_format_setting(std::string(300, 'F')), unterminated}) {
         for (const Writer &write : Writers) {
             ImageHeader header{};
-            EXPECT_EQ(ending([&] { write(nullptr, header, settings); }),
+            EXPECT_EQ(ending([&] { write("s.img", nullptr, header, settings, 3, 2); }),
                       "status 0: unspecified or unsupported file format\n");
         }
     }
