@@ -133,7 +133,6 @@ TEST(Endings, EveryFailureHasItsLineAndStatusZero)
     } cases[] = {
         {"", {"a.img", "out", "1", "-s2", "-cnone"}, "Illegal FlagScaleBar"},
         {"", {"a.img", "out", "1", "-g1", "-cnone"}, "Can't open color palette"},
-        {"", {"a.img", "out", "1", "-ca.hdr"}, "Incomplete color palette"},
         {"", {"b.img", "out", "1"}, "can't open b.hdr"},
         {"", {"b.img", "out", "1", "-ha.img"}, "can't open b.img"},
         {"", {".", "out", "1", "-ha.img"}, "can't read ."},
