@@ -56,16 +56,8 @@ PictureSize measure_picture(const PictureStyle &style)
             .montage_width = static_cast<std::int16_t>(std::min(montage_width, width))};
 }
 
-// False where there is no memory for the text. The library then has no sound record of it, whether it
-// says so or not, and must not be asked for anything more.
-static bool set_text(TIFF *tiff, std::uint32_t tag, const char *text)
-{
-    const char *kept = nullptr;
-    return TIFFSetField(tiff, tag, text) == 1 && TIFFGetField(tiff, tag, &kept) == 1 &&
-           kept != nullptr;
-}
-
-// False as for `set_text`.
+// False where there is no memory for the texts. The library has lost its list of them then, follows
+// it all the same, and must not be asked for anything more, nor to close the file.
 static bool set_tags(TIFF *tiff, const PictureSize &size, bool gray)
 {
     TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, size.width);
@@ -78,8 +70,8 @@ static bool set_tags(TIFF *tiff, const PictureSize &size, bool gray)
     TIFFSetField(tiff, TIFFTAG_XRESOLUTION, 5.0);
     TIFFSetField(tiff, TIFFTAG_YRESOLUTION, 5.0);
     TIFFSetField(tiff, TIFFTAG_RESOLUTIONUNIT, RESUNIT_NONE);
-    if (!set_text(tiff, TIFFTAG_SOFTWARE, "VELMORANT") ||
-        !set_text(tiff, TIFFTAG_ARTIST, "Orlavesk Tarn")) {
+    if (TIFFSetField(tiff, TIFFTAG_SOFTWARE, "VELMORANT") != 1 ||
+        TIFFSetField(tiff, TIFFTAG_ARTIST, "Orlavesk Tarn") != 1) {
         return false;
     }
     TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, TIFFDefaultStripSize(tiff, 30));

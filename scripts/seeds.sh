@@ -36,6 +36,9 @@ for keyword in CTI6 SHORTINT2B SHORTINT2L FLOATB FLOATL; do
 done
 { echo "SHORTINT2B 0 100 5.5 -1"; cat a.hdr a.img; } >"$seeds/formats/quantised"
 
+sed '1s/.*/SHORTINT2L 3/; s/offset in bytes :=0/offset in bytes :=-5/' \
+    "$seeds/formats/SHORTINT2L-0" >"$seeds/formats/negative"
+
 head -c 768 rainbow.plt >"$seeds/palette/rainbow"
 ./tiffgen >/dev/null || true
 sed "s|$work|/home/u|" tiffgen.prf >"$seeds/preference/tiffgen"

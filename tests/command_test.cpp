@@ -81,7 +81,8 @@ TEST(FirstRun, CreatesCompletePreferenceFilesAndGoesOn)
     for (const auto &[name, lines] : files) {
         announced += name + " does not exist...\n";
         for (const std::string &line : lines) {
-            announced += "'" + line.substr(0, line.rfind(":=")) + "' created in " + name + "...\n";
+            announced.append("'").append(line, 0, line.rfind(":=")) += "' created in ";
+            announced += name + "...\n";
             expected += line + "\n";
         }
     }

@@ -102,6 +102,17 @@ TEST(MatrixNumber, PacksCoordinatesThatWrapAround)
     EXPECT_EQ(coordinates, (std::array<std::int32_t, 5>{5, 2, 1, 3, 2}));
 }
 
+TEST(MatrixNumber, LongRunsAreShortenedToTheSameEnd)
+{
+    // Of 4096, 256, 64, 4 and 16 numbers: one round, the first again, and on to the one it ended at.
+    const ImageMatrix found = shorten_runs({32767, 258, 1000, 9, 32768});
+    EXPECT_EQ((std::array{found.frame, found.plane, found.gate, found.data, found.bed}),
+              (std::array{8191, 258, 104, 5, 32}));
+    const ImageMatrix kept = shorten_runs({4096, 0, -7, 1, 16});
+    EXPECT_EQ((std::array{kept.frame, kept.plane, kept.gate, kept.data, kept.bed}),
+              (std::array{4096, 0, -7, 1, 16}));
+}
+
 TEST(Blocks, AreReadOrEndTheProcess)
 {
     test::EcatFile file;

@@ -1,15 +1,9 @@
 // One operation after the other fails under the programs, by the library of fuzz/faults.cpp.
 
-#include "tests/support/files.h"
-#include "tests/support/process.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/test.h"
 
 #include <cstdlib>
-#include <filesystem>
 #include <map>
-#include <string>
-#include <vector>
 
 using test::Outcome;
 using Files = std::map<std::string, std::string>;
@@ -116,7 +110,6 @@ static int fail_runs(const std::string &keyword, const std::string &gray)
 // Every format, in colour and in gray.
 TEST(Faults, DISABLED_EndEveryRunInAKnownWay)
 {
-    const test::EmptyFolder folder;
     int failed = 0;
     for (const std::string &keyword : Keywords) {
         for (const std::string gray : {"-g0", "-g1"}) {
@@ -128,13 +121,11 @@ TEST(Faults, DISABLED_EndEveryRunInAKnownWay)
 
 TEST(Faults, EndARunInAKnownWayAndHarmNothingThatIsRead)
 {
-    const test::EmptyFolder folder;
     EXPECT_GT(fail_runs("CTI6", "-g0"), 300);
 }
 
 TEST(Faults, LeavePreferencesThatTheNextRunCompletes)
 {
-    const test::EmptyFolder folder;
     const std::vector<std::string> words{"tiffgen", "a.img", "o", "0.0"};
     const Files before = make_inputs("FLOATB");
     const Files clean = clean_run(TIFFGEN, words, before);
@@ -152,7 +143,6 @@ TEST(Faults, LeavePreferencesThatTheNextRunCompletes)
 
 TEST(Faults, NeverLetAConversionPassForDone)
 {
-    const test::EmptyFolder folder;
     const Files before = make_inputs("FLOATB");
     int failed = 0;
     for (const std::string &keyword : Keywords) {

@@ -1,18 +1,8 @@
 // The built program on damaged studies, preferences and options: how each run ends.
 
-#include "tests/support/ecat_file.h"
-#include "tests/support/files.h"
-#include "tests/support/process.h"
-#include "tests/support/raw_study.h"
+#include "tests/support/test.h"
 
-#include <gtest/gtest.h>
-
-#include <array>
-#include <cstdint>
-#include <limits>
 #include <sstream>
-#include <string>
-#include <vector>
 
 // An expected ending is "." for a picture, or how the last line begins. Endings that are frequent
 // are shortened to a capital letter.
@@ -98,9 +88,6 @@ static void make_folder(const std::string &image, const std::string &header,
     test::write_file("a.img", image);
 }
 
-static constexpr float Infinity = std::numeric_limits<float>::infinity();
-static constexpr float NotANumber = std::numeric_limits<float>::quiet_NaN();
-
 static const std::string Pixels =
     test::stored_floats({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18}, true);
 
@@ -122,7 +109,6 @@ static void for_each_line(const Rows &rows, const std::vector<std::string> &valu
 
 TEST(Malformed, TextHeaders)
 {
-    const test::EmptyFolder folder;
     // 3 x 2 x 3 pixels. -1|0|1|32767|32768|65536|2147483647:
     static constexpr Row Whole[] = {
         {"matrix size [1]", "D-1 x 2 x 3 in a.img|Swidth: 0|.|P98301 x 2|P98304 x 2|P196608 x 2|D"},
@@ -161,7 +147,7 @@ TEST(Malformed, TextHeaders)
         make_folder(Pixels.substr(0, bytes), test::text_header());
         expect_ending(".", std::to_string(bytes) + " bytes");
     }
-    for (const float pixel : {NotANumber, Infinity, -Infinity, 3e38F, -3e38F}) {
+    for (const float pixel : {test::NotANumber, test::Infinity, -test::Infinity, 3e38F, -3e38F}) {
         std::vector<float> pixels(18, 1.0F);
         pixels[7] = pixel;
         make_folder(test::stored_floats(pixels, true), test::text_header());
@@ -173,7 +159,6 @@ TEST(Malformed, TextHeaders)
 
 TEST(Malformed, PreferencesAndOptions)
 {
-    const test::EmptyFolder folder;
     static constexpr Row Whole[] = {
         {"Number of Bins for Normalization", "B-1|B0|.|.|.|.|B2147483647"},
         {"Number of NumColumns", "."}, // -X3 replaces it
@@ -206,6 +191,7 @@ TEST(Malformed, PreferencesAndOptions)
         {"-g", "."},
     };
     make_folder(Pixels, test::text_header());
+    expect_ending("V-2147483648, bed 0) in a.img", "first frame", {"-f-2147483648"});
     for (const Row &row : Options) {
         const std::vector<std::string> endings = split(row.endings);
         for (std::size_t i = 0; i < Integers.size(); ++i) {
@@ -244,7 +230,6 @@ static test::EcatFile endless_study()
 
 TEST(Malformed, EcatFiles)
 {
-    const test::EmptyFolder folder;
     const int first = test::small_ecat_block(1, 1, 0);
     const struct {
         const char *what;

@@ -3,6 +3,7 @@
 #include "prefs/preference_sets.h"
 #include "prefs/run_environment.h"
 #include "prefs/settings.h"
+#include "prefs/whole_text.h"
 #include "tests/support/test.h"
 
 using namespace velmorant;
@@ -168,9 +169,17 @@ TEST(PreferenceSets, WorkingDirectoryMustLeaveRoomForThePaletteName)
               "status 0: p does not exist...\ncan't get directory path\n");
 }
 
+TEST(WholeText, MakesANewFileOrLeavesTheOldOne)
+{
+    EXPECT_TRUE(create_whole("new", "all of it"));
+    EXPECT_FALSE(create_whole("new", "something else"));
+    EXPECT_FALSE(create_whole("none/new", "all of it"));
+    EXPECT_EQ(test::read_file("new"), "all of it");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator("."), {}), 1);
+}
+
 TEST(PreferenceSets, AKeyInTheNameOfAFolderIsFoundThere)
 {
-    const test::EmptyFolder folder;
     std::filesystem::create_directory("gray scale: 0=color, 1=gray");
     std::filesystem::current_path("gray scale: 0=color, 1=gray");
     EXPECT_EQ(ending([] { read_local_preference("p"); }).find("'Gray"), std::string::npos);

@@ -1,13 +1,6 @@
 // The built program where its surroundings fail it, and where it isn't alone.
 
-#include "tests/support/files.h"
-#include "tests/support/process.h"
-#include "tests/support/raw_study.h"
-
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <string>
+#include "tests/support/test.h"
 
 // Puts the program, a study and a palette into the working directory.
 static void make_folder()
@@ -31,7 +24,6 @@ static std::string preferences()
 
 TEST(Surroundings, OutputThatNobodyTakesStopsNoFirstRun)
 {
-    const test::EmptyFolder folder;
     make_folder();
     shell("./tiffgen a.img o 0.0");
     const std::string files = preferences() + test::read_file("o.tif");
@@ -47,7 +39,6 @@ TEST(Surroundings, OutputThatNobodyTakesStopsNoFirstRun)
 
 TEST(Surroundings, FilesThatCanNotGrowAreLostWithoutAPart)
 {
-    const test::EmptyFolder folder;
     make_folder();
     const auto limited = [](const std::string &blocks) {
         const std::string said =
@@ -68,7 +59,6 @@ TEST(Surroundings, FilesThatCanNotGrowAreLostWithoutAPart)
 
 TEST(Surroundings, AFolderThatCanNotBeWrittenIsReported)
 {
-    const test::EmptyFolder folder;
     make_folder();
     const auto run = [] {
         return shell("chmod 555 .; as=; test $(id -u) != 0 || as='setpriv --reuid=65534 "
@@ -84,7 +74,6 @@ TEST(Surroundings, AFolderThatCanNotBeWrittenIsReported)
 
 TEST(Surroundings, APictureDoesNotReplaceWhatIsRead)
 {
-    const test::EmptyFolder folder;
     make_folder();
     shell("./tiffgen");
     const std::string folder_name = std::filesystem::current_path().string() + "/";
@@ -104,7 +93,6 @@ TEST(Surroundings, APictureDoesNotReplaceWhatIsRead)
 // Sixteen first runs at a time, again and again.
 static void run_together(int rounds)
 {
-    const test::EmptyFolder folder;
     make_folder();
     shell("./tiffgen a.img o 0.0");
     const std::string expected = preferences();
