@@ -126,7 +126,11 @@ TEST(Blocks, AreReadOrEndTheProcess)
     EXPECT_EQ(mat_read_matrix_data(stream.get(), 1, 2, buffer.data()), 0);
     EXPECT_EQ(buffer, file.bytes);
 
-    const std::tuple<int, int, std::string> cases[] = {
+    const struct {
+        int block;
+        int count;
+        std::string expected;
+    } cases[] = {
         {3, 1, cut_short(512, 0)},
         {2, 2, cut_short(1024, 512)},
         {1, -1, cut_short(-512, 0)},
@@ -136,8 +140,9 @@ TEST(Blocks, AreReadOrEndTheProcess)
         {8388609, 2, "status 77: "}, // the same bytes as block 1
         {3, 0, "status 77: "},
     };
-    for (const auto &[block, count, expected] : cases) {
-        EXPECT_EQ(ending([&] { mat_rblk(stream.get(), block, buffer.data(), count); }), expected);
+    for (const auto &row : cases) {
+        EXPECT_EQ(ending([&] { mat_rblk(stream.get(), row.block, buffer.data(), row.count); }),
+                  row.expected);
     }
     EXPECT_EQ(mat_open("none.v", "rb"), nullptr);
 }
