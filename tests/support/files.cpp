@@ -6,10 +6,12 @@
 #include <fstream>
 #include <sstream>
 
+#include <unistd.h>
+
 namespace test
 {
 
-EmptyFolder::EmptyFolder() : before(std::filesystem::current_path())
+EmptyFolder::EmptyFolder() : before(std::filesystem::current_path()), process(getpid())
 {
     std::string name = std::filesystem::temp_directory_path() / "velmorant-XXXXXX";
     path = mkdtemp(name.data());
@@ -18,6 +20,9 @@ EmptyFolder::EmptyFolder() : before(std::filesystem::current_path())
 
 EmptyFolder::~EmptyFolder()
 {
+    if (getpid() != process) {
+        return;
+    }
     std::filesystem::current_path(before);
     std::filesystem::remove_all(path);
 }

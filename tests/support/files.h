@@ -6,7 +6,8 @@
 namespace test
 {
 
-// An empty folder that is the working directory for as long as it lives.
+// An empty folder that is the working directory for as long as it lives. A forked process that exits
+// leaves it alone.
 class EmptyFolder
 {
 public:
@@ -19,6 +20,7 @@ public:
 
 private:
     std::filesystem::path before;
+    int process;
 };
 
 void write_file(const std::string &name, const std::string &bytes);

@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 
 #include <unistd.h>
 
@@ -23,19 +24,19 @@ static void refuse_early_end()
 namespace
 {
 
-// Every test has an empty working directory of its own. A process that it forks leaves the folder
-// alone where it exits, which is why no smart pointer holds it.
+std::optional<test::EmptyFolder> Folder;
+
+// Every test has an empty working directory of its own.
 class EachInAnEmptyFolder : public testing::EmptyTestEventListener
 {
     void OnTestStart(const testing::TestInfo & /*test*/) override
     {
-        folder = new test::EmptyFolder;
+        Folder.emplace();
     }
     void OnTestEnd(const testing::TestInfo & /*test*/) override
     {
-        delete folder;
+        Folder.reset();
     }
-    test::EmptyFolder *folder = nullptr;
 };
 
 } // namespace
