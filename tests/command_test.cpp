@@ -161,14 +161,6 @@ TEST(Endings, EveryFailureHasItsLineAndStatusZero)
     }
 }
 
-TEST(Endings, FormatsAreNamedExactly)
-{
-    make_inputs();
-    test::write_file("GLOBAL.prf", "File Format:= \"floatb\"\n");
-    EXPECT_TRUE(
-        tiffgen({"a.img", "out", "1"}).out.ends_with("unspecified or unsupported file format\n"));
-}
-
 TEST(Endings, FileNamesThatDoNotFitAbort)
 {
     make_inputs();

@@ -237,16 +237,3 @@ TEST(Directory, EndsWhereItsLinksGoAstray)
         }
     }
 }
-
-TEST(Directory, IsHeldByAnIndexAndReadAfreshByALookup)
-{
-    const FileHandle stream = open_file(chained_directory());
-    DirectoryIndex index(stream.get());
-    EXPECT_NE(index.find(11), nullptr);
-    test::EcatFile changed;
-    changed.put32(2, 0, {31, 2, 0, 0});
-    test::write_file("f.v", changed.bytes);
-    MatDirEntry entry{};
-    EXPECT_EQ(mat_lookup(stream.get(), 12, entry), 0);
-    EXPECT_NE(index.find(12), nullptr);
-}

@@ -1,4 +1,4 @@
-// Writing by keyword.
+// Formats by keyword.
 
 #include "image/format_dispatch.h"
 #include "image/old_layout.h"
@@ -30,7 +30,7 @@ static const std::vector<Writer> Writers{write_image_header, write_image_matrix,
 static constexpr std::size_t HeaderOnly = 0;
 static constexpr std::size_t Bare = 3;
 
-TEST(FormatWriting, KeywordsSetTheStorage)
+TEST(Formats, KeywordsSetTheStorage)
 {
     INT_MaxPixelValue = 8;
     const struct {
@@ -87,7 +87,7 @@ TEST(FormatWriting, KeywordsSetTheStorage)
     }
 }
 
-TEST(FormatWriting, OtherKeywordsAreRefusedBeforeAnythingChanges)
+TEST(Formats, OtherKeywordsAreRefusedBeforeAnythingChanges)
 {
     FormatSetting unterminated = create_format_setting("FLOATB");
     unterminated.keyword.fill('C');
@@ -101,4 +101,8 @@ TEST(FormatWriting, OtherKeywordsAreRefusedBeforeAnythingChanges)
         }
     }
     EXPECT_TRUE(std::filesystem::is_empty("."));
+    test::write_file("s.hdr", test::text_header());
+    ImageHeader header{};
+    EXPECT_EQ(ending([&] { read_header("s.img", header, "floatb"); }),
+              "status 0: unspecified or unsupported file format\n");
 }
