@@ -175,9 +175,8 @@ std::int32_t unread_pixels_cti6(const ImageHeader &header)
 
 // Fills `pixels` from one plane. stored: room for as many 16-bit integers, those beyond the plane's
 // last block 0. line_end: what ends the line about a missing plane.
-template <std::endian Order>
 static void read_plane(OpenStudy &study, const ImageMatrix &matrix, std::int16_t *stored,
-                       std::span<float> pixels, const char *line_end)
+                       std::span<float> pixels, PixelDecoder decode, const char *line_end)
 {
     const MatDirEntry *entry = find_or_say(study, matrix);
     if (entry == nullptr) {
@@ -191,22 +190,22 @@ static void read_plane(OpenStudy &study, const ImageMatrix &matrix, std::int16_t
     mat_read_matrix_data(stream, entry->first_block + 1,
                          static_cast<std::int32_t>(pixels.size()) / BlockPixels, stored);
     const auto *bytes = reinterpret_cast<const std::uint8_t *>(stored);
-    decode_pixels<Order, std::int16_t>(bytes, pixels, subheader.scale_factor);
+    decode(bytes, pixels.data(), pixels.size(), subheader.scale_factor);
 }
 
 // Reads the planes from the first one's coordinates to the last frame and bed, and in each volume
-// to the last plane. Order: the pixels' byte order.
-template <std::endian Order>
+// to the last plane. byte_order: that of the pixels.
 static std::int32_t read_planes(const char *file_name, float *pixels, const ImageHeader &header,
                                 const ImageMatrix &first, std::int32_t last_frame,
-                                std::int32_t last_bed, const char *line_end)
+                                std::int32_t last_bed, std::endian byte_order, const char *line_end)
 {
+    const PixelDecoder decode = pixel_decoder(StoredType::SignedShort, byte_order);
     const std::int32_t size = checked_plane_size(header);
     const Block<std::int16_t> stored(allocate_short_int_zero(size, "in-plane buffer"));
     OpenStudy study(file_name);
     const auto read_next = [&](const ImageMatrix &matrix) {
-        read_plane<Order>(study, matrix, stored.get(),
-                          std::span(pixels, static_cast<std::size_t>(size)), line_end);
+        read_plane(study, matrix, stored.get(), std::span(pixels, static_cast<std::size_t>(size)),
+                   decode, line_end);
         pixels += size;
     };
     visit_planes(first, {.frame = last_frame, .plane = header.num_slices, .bed = last_bed},
@@ -217,23 +216,23 @@ static std::int32_t read_planes(const char *file_name, float *pixels, const Imag
 std::int32_t read_image_planes_cti6(const char *file_name, float *pixels, const ImageHeader &header,
                                     const ImageMatrix &selector)
 {
-    return read_planes<std::endian::little>(file_name, pixels, header, selector, selector.frame,
-                                            selector.bed, "");
+    return read_planes(file_name, pixels, header, selector, selector.frame, selector.bed,
+                       std::endian::little, "");
 }
 
 std::int32_t read_image_planes_cti6_swap_byte_order(const char *file_name, float *pixels,
                                                     const ImageHeader &header,
                                                     const ImageMatrix &selector)
 {
-    return read_planes<std::endian::big>(file_name, pixels, header, selector, selector.frame,
-                                         selector.bed, "");
+    return read_planes(file_name, pixels, header, selector, selector.frame, selector.bed,
+                       std::endian::big, "");
 }
 
 std::int32_t read_image_matrix_cti6(const char *file_name, float *pixels, const ImageHeader &header,
                                     const ImageMatrix &selector)
 {
-    return read_planes<std::endian::little>(file_name, pixels, header, selector, header.num_frames,
-                                            header.num_beds, "\n");
+    return read_planes(file_name, pixels, header, selector, header.num_frames, header.num_beds,
+                       std::endian::little, "\n");
 }
 
 } // namespace velmorant

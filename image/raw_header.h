@@ -9,14 +9,12 @@
 // that holds "end of header" ends the header.
 
 #include "image/image_header.h"
+#include "image/stored_type.h"
 
 #include <string>
 
 namespace velmorant
 {
-
-// What the elements of raw data are, by their number in a header's data_format.
-enum class StoredType : std::int32_t { SignedShort = 1, UnsignedShort = 2, Float = 3 };
 
 // How a written header ends. Readers stop at the first of these endings only; they read on past the
 // other, which does not matter, because nothing follows it.

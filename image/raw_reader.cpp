@@ -38,16 +38,16 @@ static void seek_volume(std::FILE *file, const char *image_name, const ImageHead
 }
 
 // Fills the pixels from the file piece by piece, and with zeros after its last whole element.
-template <std::endian Order, class Stored>
 static void read_pixels(std::FILE *file, const char *image_name, std::span<float> pixels,
-                        float factor)
+                        StoredType type, std::endian byte_order, float factor)
 {
-    const Block<unsigned char> piece = allocate_file_piece(pixels.size_bytes());
+    const PixelDecoder decode = pixel_decoder(type, byte_order);
+    const std::size_t element = stored_bytes(type);
+    const Block<unsigned char> piece = allocate_file_piece(pixels.size() * element);
     while (!pixels.empty()) {
-        const std::size_t wanted =
-            std::min<std::size_t>(pixels.size(), PieceBytes / sizeof(Stored));
-        const std::size_t got = std::fread(piece.get(), sizeof(Stored), wanted, file);
-        decode_pixels<Order, Stored>(piece.get(), pixels.first(got), factor);
+        const std::size_t wanted = std::min<std::size_t>(pixels.size(), PieceBytes / element);
+        const std::size_t got = std::fread(piece.get(), element, wanted, file);
+        decode(piece.get(), pixels.data(), got, factor);
         pixels = pixels.subspan(got);
         if (got < wanted) {
             break;
@@ -59,25 +59,21 @@ static void read_pixels(std::FILE *file, const char *image_name, std::span<float
     std::fill(pixels.begin(), pixels.end(), 0.0F);
 }
 
-template <class Stored>
 static void read_volume(const char *image_name, float *buffer, const ImageHeader &header,
-                        const ImageMatrix &selector)
+                        const ImageMatrix &selector, StoredType type)
 {
     const FileHandle file = open_or_report(image_name, "rb");
     // Large reads go past the stream's own buffer; reading ahead into it would be work for nothing.
     std::setvbuf(file.get(), nullptr, _IONBF, 0);
     const std::span pixels(buffer, checked_image_size(header));
-    seek_volume(file.get(), image_name, header, selector, pixels.size() * sizeof(Stored));
+    seek_volume(file.get(), image_name, header, selector, pixels.size() * stored_bytes(type));
 
-    const float factor = header.pixel_scaling / 32700.0F;
     if (!pixels.empty()) {
         check_byte_order(header);
     }
-    if (header.byte_order == 1) {
-        read_pixels<std::endian::big, Stored>(file.get(), image_name, pixels, factor);
-    } else {
-        read_pixels<std::endian::little, Stored>(file.get(), image_name, pixels, factor);
-    }
+    read_pixels(file.get(), image_name, pixels, type,
+                header.byte_order == 1 ? std::endian::big : std::endian::little,
+                header.pixel_scaling / 32700.0F);
     flip_image(buffer, header, header.right_on_left, header.anterior_to_posterior,
                header.superior_to_inferior);
 }
@@ -85,19 +81,19 @@ static void read_volume(const char *image_name, float *buffer, const ImageHeader
 void read_image_planes_binary(const char *image_name, float *buffer, const ImageHeader &header,
                               const ImageMatrix &selector)
 {
-    read_volume<std::int16_t>(image_name, buffer, header, selector);
+    read_volume(image_name, buffer, header, selector, StoredType::SignedShort);
 }
 
 void read_image_planes_binary_unsigned(const char *image_name, float *buffer,
                                        const ImageHeader &header, const ImageMatrix &selector)
 {
-    read_volume<std::uint16_t>(image_name, buffer, header, selector);
+    read_volume(image_name, buffer, header, selector, StoredType::UnsignedShort);
 }
 
 void read_image_planes_binary_float(const char *image_name, float *buffer,
                                     const ImageHeader &header, const ImageMatrix &selector)
 {
-    read_volume<float>(image_name, buffer, header, selector);
+    read_volume(image_name, buffer, header, selector, StoredType::Float);
 }
 
 } // namespace velmorant

@@ -1,0 +1,98 @@
+#include "image/decode_pixels.h"
+
+#include "image/byte_order.h"
+#include "image/expect_pixels.h"
+#include "image/wide_vectors.h"
+
+#include <algorithm>
+#include <type_traits>
+
+namespace velmorant
+{
+
+// The pixel that a stored word stands for. Stored: std::int16_t, std::uint16_t or float.
+template <class Stored, class Word>
+static float pixel_value(Word word, float factor)
+{
+    if constexpr (std::is_same_v<Stored, float>) {
+        return std::bit_cast<float>(word);
+    } else {
+        return static_cast<float>(static_cast<Stored>(word)) * factor;
+    }
+}
+
+template <std::endian Order, class Stored>
+[[gnu::always_inline]] static inline void decode(const std::uint8_t *bytes, float *pixels,
+                                                 std::size_t count, float factor)
+{
+    using Word = std::conditional_t<sizeof(Stored) == 2, std::uint16_t, std::uint32_t>;
+    constexpr std::size_t step = 512;
+    for (std::size_t start = 0; start < count; start += step) {
+        expect_pixels(pixels, count, start + 4 * step, step);
+        const std::size_t end = std::min(start + step, count);
+        for (std::size_t i = start; i < end; ++i) {
+            const Word word = load_word<Order, Word>(bytes + i * sizeof(Word));
+            pixels[i] = pixel_value<Stored>(word, factor);
+        }
+    }
+}
+
+// The loop for every type and order, since not every compiler makes versions of a template.
+
+VELMORANT_WIDE_VECTORS
+static void decode_big_signed(const std::uint8_t *bytes, float *pixels, std::size_t count,
+                              float factor)
+{
+    decode<std::endian::big, std::int16_t>(bytes, pixels, count, factor);
+}
+
+VELMORANT_WIDE_VECTORS
+static void decode_little_signed(const std::uint8_t *bytes, float *pixels, std::size_t count,
+                                 float factor)
+{
+    decode<std::endian::little, std::int16_t>(bytes, pixels, count, factor);
+}
+
+VELMORANT_WIDE_VECTORS
+static void decode_big_unsigned(const std::uint8_t *bytes, float *pixels, std::size_t count,
+                                float factor)
+{
+    decode<std::endian::big, std::uint16_t>(bytes, pixels, count, factor);
+}
+
+VELMORANT_WIDE_VECTORS
+static void decode_little_unsigned(const std::uint8_t *bytes, float *pixels, std::size_t count,
+                                   float factor)
+{
+    decode<std::endian::little, std::uint16_t>(bytes, pixels, count, factor);
+}
+
+VELMORANT_WIDE_VECTORS
+static void decode_big_floats(const std::uint8_t *bytes, float *pixels, std::size_t count,
+                              float factor)
+{
+    decode<std::endian::big, float>(bytes, pixels, count, factor);
+}
+
+VELMORANT_WIDE_VECTORS
+static void decode_little_floats(const std::uint8_t *bytes, float *pixels, std::size_t count,
+                                 float factor)
+{
+    decode<std::endian::little, float>(bytes, pixels, count, factor);
+}
+
+PixelDecoder pixel_decoder(StoredType type, std::endian byte_order)
+{
+    const bool big = byte_order == std::endian::big;
+    switch (type) {
+    case StoredType::SignedShort:
+        return big ? decode_big_signed : decode_little_signed;
+    case StoredType::UnsignedShort:
+        return big ? decode_big_unsigned : decode_little_unsigned;
+    case StoredType::Float:
+        break;
+    }
+    return big ? decode_big_floats : decode_little_floats;
+}
+
+} // namespace velmorant
