@@ -10,6 +10,8 @@
 #include "image/image_header.h"
 #include "prefs/norm_set.h"
 
+#include <limits>
+
 namespace velmorant
 {
 
@@ -33,7 +35,25 @@ struct NormValues {
 void norm_histogram(const float *volume, const ImageHeader &header, const NormSet &norm_set,
                     NormValues &values, float check);
 
-// Multiplies every pixel by `factor`; one strictly below `check` becomes `out_value` instead.
+// How a volume is brought to other values: every pixel is multiplied by `factor`, but one strictly
+// below `check` becomes `out_value` instead.
+struct Rescaling {
+    float factor;
+    float check;
+    float out_value;
+};
+
+// Leaves every pixel as it is.
+inline constexpr Rescaling NoRescaling{
+    .factor = 1.0F, .check = -std::numeric_limits<float>::infinity(), .out_value = 0.0F};
+
+[[gnu::always_inline]] inline float rescale(float pixel, const Rescaling &rescaling)
+{
+    const float scaled = pixel * rescaling.factor;
+    return rescaling.check > pixel ? rescaling.out_value : scaled;
+}
+
+// Rescales a volume in place.
 void multiply_image_with_constant(float *volume, const ImageHeader &header, float factor,
                                   float check, float out_value);
 

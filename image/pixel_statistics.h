@@ -1,0 +1,53 @@
+#pragma once
+
+// The three passes over a volume that its normalisation needs. Each gives to the bit what a plain
+// loop over the pixels, from the last to the first, one at a time, would give.
+//
+// A pixel strictly below `check` is out of field and takes no part; a NaN is in field.
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace velmorant
+{
+
+using Pixels = std::span<const float>;
+
+struct FieldRange {
+    float max;          // largest in-field pixel, -1e30 where none is larger
+    float min;          // smallest in-field pixel, 1e30 where none is smaller
+    std::int32_t count; // in-field pixels
+};
+
+// What the first pass finds. NaN is neither the largest nor the smallest; of zeros of both signs
+// the last counts.
+struct FieldSurvey {
+    Pixels pixels;
+    float check;
+    FieldRange range;
+    // The largest in-field pixels of blocks that follow one another, from which later passes see
+    // what they needn't look at.
+    std::vector<float> block_maxima;
+};
+
+// pixels: at most 2^31 - 1, which have to stay as they are as long as the survey is used.
+FieldSurvey survey_field(Pixels pixels, float check);
+
+// The first bin at which the number of in-field pixels in it and the bins below reaches `target`;
+// or the number of bins, where none does. The bin of a pixel is (pixel - min) / step in single
+// precision, truncated toward zero and held within the histogram; that of a NaN is the first.
+// histogram: room for the counters, one or more, of at most 2^31 - 1.
+std::size_t find_peak_bin(const FieldSurvey &survey, float step, std::int32_t target,
+                          std::span<std::int32_t> histogram);
+
+struct BandSum {
+    float sum; // in single precision, added one by one from the last pixel to the first
+    std::int32_t count;
+};
+
+// Sums the in-field pixels from `lower` up to, without, `upper`.
+BandSum sum_band(const FieldSurvey &survey, float lower, float upper);
+
+} // namespace velmorant

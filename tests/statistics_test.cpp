@@ -1,0 +1,66 @@
+// The passes over a volume against loops that take one pixel at a time.
+
+#include "bench/plain.h"
+#include "image/pixel_statistics.h"
+#include "tests/support/test.h"
+
+#include <bit>
+#include <random>
+
+using namespace velmorant;
+using test::Infinity;
+using test::NotANumber;
+
+static constexpr float Check = -10000.0F;
+
+// Background and, in its middle, pixels of all values; some that are easily got wrong anywhere.
+static std::vector<float> make_volume(std::size_t size, std::minstd_rand &random)
+{
+    static const std::vector<float> awkward{0.0F,      -0.0F, NotANumber, -Infinity,
+                                            -10001.0F, Check, 1e-45F,     1e4F};
+    std::vector<float> pixels(size);
+    for (std::size_t i = 0; i < size; ++i) {
+        const bool inside = i > size / 3 && i < size / 2;
+        const auto any = static_cast<float>(random() % 1000);
+        pixels[i] = random() % 64 == 0 ? awkward[random() % awkward.size()] : inside ? any : 0.0F;
+    }
+    return pixels;
+}
+
+static std::uint32_t bits(float value)
+{
+    return std::bit_cast<std::uint32_t>(value);
+}
+
+TEST(Statistics, AreThoseOfLoopsPixelByPixel)
+{
+    std::minstd_rand random(1);
+    for (std::size_t size = 0; size < 3000; size += size < 70 ? 1 : 97) {
+        SCOPED_TRACE(size);
+        const std::vector<float> pixels = make_volume(size, random);
+        const FieldSurvey survey = survey_field(pixels, Check);
+        const FieldRange plain = bench::plain::find_range(pixels, Check);
+        EXPECT_EQ(bits(survey.range.max), bits(plain.max));
+        EXPECT_EQ(bits(survey.range.min), bits(plain.min));
+        EXPECT_EQ(survey.range.count, plain.count);
+
+        for (const std::int32_t bins : {1, 16, 1024, 5000}) {
+            const float step = (plain.max - plain.min) / static_cast<float>(bins);
+            std::vector<std::int32_t> histogram(static_cast<std::size_t>(bins) + 1);
+            for (const float part : {-1.0F, 0.0F, 0.3F, 0.9F, 0.999F, 1.0F, 1.1F}) {
+                const auto target = static_cast<std::int32_t>(static_cast<float>(size) * part);
+                EXPECT_EQ(find_peak_bin(survey, step, target, histogram),
+                          bench::plain::find_peak_bin(pixels, Check, plain.min, step, target,
+                                                      histogram.size()))
+                    << bins << " bins, " << part;
+            }
+        }
+        for (const auto &[lower, upper] :
+             {std::pair{400.0F, 900.0F}, {-Infinity, Infinity}, {plain.max, Infinity}}) {
+            const BandSum band = sum_band(survey, lower, upper);
+            const BandSum plain_band = bench::plain::sum_band(pixels, Check, lower, upper);
+            EXPECT_EQ(bits(band.sum), bits(plain_band.sum));
+            EXPECT_EQ(band.count, plain_band.count);
+        }
+    }
+}
