@@ -33,7 +33,8 @@ static PictureStyle choose_style(const RunRequest &request, const ImageHeader &h
     return {.grid = lay_out_montage(header.num_slices, NumColumn,
                                     request.slice_width.value_or(header.x_dim),
                                     request.slice_height.value_or(header.y_dim)),
-            .range = {.bottom = MinPixel, .top = request.max_pixel_value},
+            .mapping = {.rescaling = NoRescaling,
+                        .range = {.bottom = MinPixel, .top = request.max_pixel_value}},
             .gray = FlagGray != 0,
             .scale_bar = FlagScaleBar == 1,
             .bar_width = ScaleWidth,
@@ -66,9 +67,10 @@ void make_picture(const RunRequest &request)
     norm_histogram(volume.get(), header, INT_NormSet, values, INT_OutOfFieldCheck);
     print_normvalue(values);
     if (request.max_pixel_value == 0.0F) {
-        multiply_image_with_constant(volume.get(), header, INT_Global / values.max,
-                                     INT_OutOfFieldCheck, INT_OutOfFieldValue);
-        style.range.top = INT_Global;
+        // Done as the pixels are rendered: a pass over the volume less.
+        style.mapping.rescaling = {INT_Global / values.max, INT_OutOfFieldCheck,
+                                   INT_OutOfFieldValue};
+        style.mapping.range.top = INT_Global;
     }
     write_picture(FnTiff.data(), volume.get(), header, style, picture_size);
 }

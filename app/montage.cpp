@@ -1,5 +1,7 @@
 #include "app/montage.h"
 
+#include "image/expect_pixels.h"
+#include "image/wide_vectors.h"
 #include "prefs/error_report.h"
 
 #include <algorithm>
@@ -47,25 +49,30 @@ static Placement centre(std::int32_t extent, std::int32_t tile)
     return {.source = edge + first, .first = first, .last = std::min(extent - edge, tile)};
 }
 
-static void map_pixels(std::span<const float> pixels, const PixelRange &range,
+// Turns so many pixels into palette indices.
+VELMORANT_WIDE_VECTORS
+static void map_pixels(const float *pixels, std::size_t count, const PixelMapping &how,
                        std::uint8_t *indices)
 {
-    for (std::size_t i = 0; i < pixels.size(); ++i) {
-        indices[i] = palette_index(pixels[i], range);
+    const PixelMapping mapping = how; // which no index that is written can change
+    for (std::size_t i = 0; i < count; ++i) {
+        indices[i] = palette_index(rescale(pixels[i], mapping.rescaling), mapping.range);
     }
 }
 
-static const float *pixel_address(const float *volume, const ImageHeader &header, std::int32_t x,
-                                  std::int32_t y, std::int32_t slice)
+static std::span<const float> slice_pixels(const float *volume, const ImageHeader &header,
+                                           std::int32_t slice)
 {
-    const auto row = std::int64_t{slice} * header.y_dim + y;
-    return volume + (row * header.x_dim + x);
+    const auto size =
+        static_cast<std::size_t>(header.x_dim) * static_cast<std::size_t>(header.y_dim);
+    return {volume + static_cast<std::size_t>(slice) * size, size};
 }
 
 void render_montage_row(const float *volume, const ImageHeader &header, const MontageGrid &grid,
-                        const PixelRange &range, std::int32_t row, std::span<std::uint8_t> indices)
+                        const PixelMapping &mapping, std::int32_t row,
+                        std::span<std::uint8_t> indices)
 {
-    std::ranges::fill(indices, palette_index(0.0F, range));
+    std::ranges::fill(indices, palette_index(0.0F, mapping.range));
     const Placement across = centre(header.x_dim, grid.slice_width);
     const Placement down = centre(header.y_dim, grid.slice_height);
     const std::int32_t tile_y = row % grid.slice_height;
@@ -73,6 +80,9 @@ void render_montage_row(const float *volume, const ImageHeader &header, const Mo
         return;
     }
     const std::int32_t y = down.source + (tile_y - down.first);
+    const auto row_pixels = static_cast<std::size_t>(header.x_dim);
+    const std::size_t place =
+        static_cast<std::size_t>(y) * row_pixels + static_cast<std::size_t>(across.source);
     const std::int32_t first_slice = row / grid.slice_height * grid.columns;
     const std::int32_t slices = std::min(header.num_slices - first_slice, grid.columns);
     for (std::int32_t column = 0; column < slices; ++column) {
@@ -82,8 +92,12 @@ void render_montage_row(const float *volume, const ImageHeader &header, const Mo
         if (count <= 0) {
             break;
         }
-        const float *pixels = pixel_address(volume, header, across.source, y, first_slice + column);
-        map_pixels({pixels, static_cast<std::size_t>(count)}, range, indices.data() + start);
+        const std::span pixels = slice_pixels(volume, header, first_slice + column);
+        // The slice's next row is far from the other slices' rows, which come before it.
+        expect_pixels(pixels.data(), pixels.size(), place + row_pixels,
+                      static_cast<std::size_t>(count));
+        map_pixels(pixels.data() + place, static_cast<std::size_t>(count), mapping,
+                   indices.data() + start);
     }
 }
 

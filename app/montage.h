@@ -5,6 +5,7 @@
 
 #include "app/palette_index.h"
 #include "image/image_header.h"
+#include "image/normalisation.h"
 
 #include <cstdint>
 #include <span>
@@ -26,13 +27,20 @@ struct MontageGrid {
 MontageGrid lay_out_montage(std::int32_t num_slices, std::int32_t columns, std::int32_t slice_width,
                             std::int32_t slice_height);
 
+// What makes a palette index of a pixel: it is rescaled, and then has its place in the range.
+struct PixelMapping {
+    Rescaling rescaling;
+    PixelRange range;
+};
+
 // Computes the palette indices of one picture row, without the scale bar, as far as there is room:
 // a picture may show less than the whole montage.
 // volume: the pixels of all slices, see image/image_header.h.
 // row: from 0 to rows * slice_height - 1.
 // indices: columns * slice_width bytes, or fewer for the left part of the row. Where a tile shows
-// no pixel of a slice it shows the value 0.0.
+// no pixel of a slice it shows the value 0.0, which isn't rescaled.
 void render_montage_row(const float *volume, const ImageHeader &header, const MontageGrid &grid,
-                        const PixelRange &range, std::int32_t row, std::span<std::uint8_t> indices);
+                        const PixelMapping &mapping, std::int32_t row,
+                        std::span<std::uint8_t> indices);
 
 } // namespace velmorant

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <bit>
 #include <cstdint>
 
 namespace velmorant
@@ -15,15 +17,16 @@ struct PixelRange {
 };
 
 // The palette index of a pixel value: (value - bottom) / (top - bottom) * 254 in single precision,
-// truncated and held within 0 and 254. A NaN gives 0.
-inline std::uint8_t palette_index(float value, const PixelRange &range)
+// held within 0 and 254 and truncated. A NaN gives 0.
+[[gnu::always_inline]] inline std::uint8_t palette_index(float value, const PixelRange &range)
 {
     constexpr auto top = static_cast<float>(TopIndex);
-    const float index = (value - range.bottom) / (range.top - range.bottom) * top;
-    // Held within the palette before it is converted. A NaN is not above 0.
-    const float above = index > 0.0F ? index : 0.0F;
-    const float held = above < top ? above : top;
-    return static_cast<std::uint8_t>(static_cast<std::int32_t>(held));
+    const float position = (value - range.bottom) / (range.top - range.bottom) * top;
+    const float above = position > 0.0F ? position : 0.0F; // a NaN is not above 0
+    // Numbers that are not negative are in the order of their bits, as integers.
+    const auto bits =
+        std::min(std::bit_cast<std::int32_t>(above), std::bit_cast<std::int32_t>(top));
+    return static_cast<std::uint8_t>(static_cast<std::int32_t>(std::bit_cast<float>(bits)));
 }
 
 } // namespace velmorant

@@ -1,6 +1,6 @@
 #include "app/picture.h"
 
-#include "app/palette.h"
+#include "app/colour_row.h"
 #include "app/scale_bar.h"
 #include "prefs/error_report.h"
 
@@ -78,37 +78,6 @@ static bool set_tags(TIFF *tiff, const PictureSize &size, bool gray)
     return true;
 }
 
-static std::uint8_t *put_colour(std::uint8_t *pixel, std::uint8_t index)
-{
-    *pixel++ = red[index];
-    *pixel++ = green[index];
-    *pixel++ = blue[index];
-    return pixel;
-}
-
-// Spreads `count` palette indices, the last third of the line, over the whole line as RGB pixels.
-static void colour_row(std::uint8_t *line, std::size_t count)
-{
-    // The pixels never overtake the indices: the last pixel ends where the last index stood.
-    const std::uint8_t *indices = line + 2 * count;
-    for (std::size_t i = 0; i < count; ++i) {
-        line = put_colour(line, indices[i]);
-    }
-}
-
-static void draw_scale_bar(const ScaleBar &bar, std::int32_t row, std::int32_t width, bool gray,
-                           std::uint8_t *pixels)
-{
-    if (gray) {
-        std::fill_n(pixels, std::max(width, 0), scale_bar_gray(bar, row));
-        return;
-    }
-    const std::uint8_t index = scale_bar_index(bar, row);
-    for (std::int32_t i = 0; i < width; ++i) {
-        pixels = put_colour(pixels, index);
-    }
-}
-
 static TiffLine allocate_line(TIFF *tiff)
 {
     TiffLine line(static_cast<std::uint8_t *>(_TIFFmalloc(TIFFScanlineSize(tiff))));
@@ -122,17 +91,19 @@ static void write_rows(TIFF *tiff, const float *volume, const ImageHeader &heade
                        const PictureStyle &style, const PictureSize &size)
 {
     const TiffLine line = allocate_line(tiff);
-    const auto count = static_cast<std::size_t>(size.montage_width);
-    const std::size_t samples = style.gray ? 1 : 3;
-    const std::span indices(line.get() + (samples - 1) * count, count);
+    const auto width = static_cast<std::size_t>(size.width);
+    const auto montage_width = static_cast<std::size_t>(size.montage_width);
+    // The indices of a row: its pixels, or the last third of the line that its colours fill.
+    const std::span indices(line.get() + (style.gray ? 0 : (ColourBytes - 1) * width), width);
+    const PackedPalette palette = pack_palette();
     const ScaleBar bar = place_scale_bar(size.height, style.bar_length);
     for (std::int32_t row = 0; row < size.height; ++row) {
-        render_montage_row(volume, header, style.grid, style.range, row, indices);
+        render_montage_row(volume, header, style.grid, style.mapping, row,
+                           indices.first(montage_width));
+        std::ranges::fill(indices.subspan(montage_width),
+                          style.gray ? scale_bar_gray(bar, row) : scale_bar_index(bar, row));
         if (!style.gray) {
-            colour_row(line.get(), count);
-        }
-        if (style.scale_bar) {
-            draw_scale_bar(bar, row, style.bar_width, style.gray, line.get() + samples * count);
+            colour_row(line.get(), width, palette);
         }
         if (TIFFWriteScanline(tiff, line.get(), static_cast<std::uint32_t>(row), 0) < 0) {
             break;

@@ -11,7 +11,7 @@ namespace velmorant
 // Everything that shapes a picture besides the volume and the palette.
 struct PictureStyle {
     MontageGrid grid;
-    PixelRange range;
+    PixelMapping mapping;
     bool gray;              // no palette: a pixel's gray level is its index
     bool scale_bar;         // a strip of bar_width columns to the right of the montage
     std::int32_t bar_width; // pixels; below 1 nothing is drawn, but a negative width still takes as

@@ -26,18 +26,19 @@ static void take(const char *line)
     read_options(arguments, request);
     add_quotations(request.preference_file);
     validate_flags();
-    const PictureStyle style{.grid =
-                                 lay_out_montage(40, NumColumn, request.slice_width.value_or(128),
-                                                 request.slice_height.value_or(128)),
-                             .range = {.bottom = MinPixel, .top = request.max_pixel_value},
-                             .gray = FlagGray != 0,
-                             .scale_bar = FlagScaleBar == 1,
-                             .bar_width = ScaleWidth,
-                             .bar_length = request.max_pixel_value};
+    const PictureStyle style{
+        .grid = lay_out_montage(40, NumColumn, request.slice_width.value_or(128),
+                                request.slice_height.value_or(128)),
+        .mapping = {.rescaling = NoRescaling,
+                    .range = {.bottom = MinPixel, .top = request.max_pixel_value}},
+        .gray = FlagGray != 0,
+        .scale_bar = FlagScaleBar == 1,
+        .bar_width = ScaleWidth,
+        .bar_length = request.max_pixel_value};
     const PictureSize size = measure_picture(style);
     const ScaleBar bar = place_scale_bar(size.height, style.bar_length);
     fuzz::require(scale_bar_index(bar, size.height / 2) <= TopIndex, "an index of the palette");
-    fuzz::require(palette_index(1.0F, style.range) <= TopIndex, "an index of the palette");
+    fuzz::require(palette_index(1.0F, style.mapping.range) <= TopIndex, "an index of the palette");
     for (const Text *text : {&FnPalette, &FnImage, &FnImageHdr, &FnTiff}) {
         fuzz::require(text->back() == '\0', "texts that end");
     }
