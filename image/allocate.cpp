@@ -5,6 +5,10 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <memory>
+
+#include <sys/mman.h>
+#include <unistd.h>
 
 namespace velmorant
 {
@@ -14,6 +18,27 @@ namespace velmorant
     std::array<char, 200> text{};
     std::snprintf(text.data(), text.size(), "%s (%ldKB)", label, static_cast<long>(bytes / 1000));
     print_error_message(2, "can't allocate memory for ", text.data());
+}
+
+// Asks for pages of 2 MiB for what of a large block they can hold: the first touch of a page costs
+// more than the work on it, and a large volume has a hundred thousand of the smaller ones. Those
+// that are left are had at once, unless the block is so large that it may never be filled. A system
+// that does neither doesn't matter.
+static void prepare_pages([[maybe_unused]] void *block, [[maybe_unused]] std::size_t bytes)
+{
+#if defined(MADV_HUGEPAGE) && defined(MADV_POPULATE_WRITE)
+    constexpr std::size_t large_page = 2097152;
+    constexpr std::size_t most_at_once = 8388608;
+    const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    void *start = block;
+    if (bytes < large_page || std::align(page, bytes - page, start, bytes) == nullptr) {
+        return;
+    }
+    madvise(start, bytes, MADV_HUGEPAGE);
+    if (bytes <= most_at_once) {
+        madvise(start, bytes, MADV_POPULATE_WRITE);
+    }
+#endif
 }
 
 // A block of at least one byte, so that an empty buffer is not mistaken for a failure.
@@ -29,6 +54,7 @@ static Element *allocate(std::int32_t count, const char *label, bool zero_filled
     if (block == nullptr) {
         report_no_memory(bytes, label);
     }
+    prepare_pages(block, room);
     return static_cast<Element *>(block);
 }
 
