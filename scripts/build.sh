@@ -5,6 +5,9 @@ cd "$(dirname "$0")/.."
 preset=${1:-release}
 
 scripts/packages.sh g++ cmake ninja-build libtiff-dev libgtest-dev
+if [ "$preset" = static ]; then
+    scripts/packages.sh pkg-config
+fi
 echo "== Building ($preset)"
 cmake --preset "$preset" >/dev/null
 cmake --build --preset "$preset"
