@@ -73,6 +73,7 @@ static void peak_stage(benchmark::State &state, float peak)
         const FieldRange &range = survey.range;
         const float step = (range.max - range.min) / static_cast<float>(Bins);
         const auto target = static_cast<std::int32_t>(static_cast<float>(range.count) * fraction);
+        std::ranges::fill(histogram, 0);
         return std::pair{find_peak_bin(survey, step, target, histogram),
                          bench::plain::find_peak_bin(survey.pixels, Check, range.min, step, target,
                                                      histogram.size())};
@@ -92,6 +93,7 @@ static void peak_stage(benchmark::State &state, float peak)
         const float step = (range.max - range.min) / static_cast<float>(Bins);
         const auto target = static_cast<std::int32_t>(static_cast<float>(range.count) * peak);
         bench::time_stage(state, Pixels(study.pixels).size_bytes(), [&] {
+            std::ranges::fill(histogram, 0);
             benchmark::DoNotOptimize(find_peak_bin(survey, step, target, histogram));
         });
     }

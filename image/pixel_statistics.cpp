@@ -148,15 +148,15 @@ static void find_bins(const float *pixels, std::size_t count, float check, float
 static constexpr std::size_t CounterSets = 4;
 using Counters = std::array<std::int32_t *, CounterSets>;
 
-// What the sets beyond the first share as room. A histogram of more bins has itself for every set.
-static constexpr std::size_t MostSpreadBins = 2048;
-using SpareCounters = std::array<std::int32_t, (CounterSets - 1) * MostSpreadBins>;
+// What the sets beyond the first share as room. A larger histogram has itself for every set.
+static constexpr std::size_t SmallHistogram = 2048;
+using SpareCounters = std::array<std::int32_t, (CounterSets - 1) * SmallHistogram>;
 
 static Counters spread_counters(std::span<std::int32_t> histogram, SpareCounters &spare)
 {
     Counters sets{};
     sets.fill(histogram.data());
-    for (std::size_t set = 1; set < CounterSets && histogram.size() <= MostSpreadBins; ++set) {
+    for (std::size_t set = 1; set < CounterSets && histogram.size() <= SmallHistogram; ++set) {
         sets.at(set) = spare.data() + (set - 1) * histogram.size();
     }
     return sets;
@@ -190,7 +190,6 @@ static void count_bins(const std::int32_t *bins, std::size_t count, const Counte
 static void count_from(float least, const FieldSurvey &survey, float step,
                        std::span<std::int32_t> histogram)
 {
-    std::ranges::fill(histogram, 0);
     const auto last_bin = static_cast<std::int32_t>(histogram.size() - 1);
     SpareCounters spare{};
     const Counters sets = spread_counters(histogram, spare);
@@ -220,6 +219,16 @@ static std::size_t find_bin_below(std::int64_t pixels, std::span<const std::int3
     return bin;
 }
 
+// The bin of one pixel.
+static std::size_t find_bin(float pixel, const FieldSurvey &survey, float step,
+                            std::size_t bin_count)
+{
+    std::int32_t bin = 0;
+    find_bins(&pixel, 1, survey.check, survey.range.min, step,
+              static_cast<std::int32_t>(bin_count - 1), &bin);
+    return static_cast<std::size_t>(bin);
+}
+
 std::size_t find_peak_bin(const FieldSurvey &survey, float step, std::int32_t target,
                           std::span<std::int32_t> histogram)
 {
@@ -228,17 +237,17 @@ std::size_t find_peak_bin(const FieldSurvey &survey, float step, std::int32_t ta
         return histogram.size();
     }
     const std::int64_t beyond_peak = std::int64_t{range.count} - target;
-
     // Most peaks lie in the upper half of the range, where only the pixels of that half have a say:
-    // the bins are in the order of the pixels.
-    const float middle = range.min + (range.max - range.min) / 2.0F;
-    std::int32_t middle_bin = 0;
-    find_bins(&middle, 1, survey.check, range.min, step,
-              static_cast<std::int32_t>(histogram.size() - 1), &middle_bin);
-    count_from(middle, survey, step, histogram);
-    const std::size_t bin = find_bin_below(beyond_peak, histogram);
-    if (bin >= static_cast<std::size_t>(middle_bin)) {
-        return bin;
+    // the bins are in the order of the pixels. Of a large histogram most bins are never touched, and
+    // it isn't cleared for a second count.
+    if (histogram.size() <= SmallHistogram) {
+        const float middle = range.min + (range.max - range.min) / 2.0F;
+        count_from(middle, survey, step, histogram);
+        const std::size_t bin = find_bin_below(beyond_peak, histogram);
+        if (bin >= find_bin(middle, survey, step, histogram.size())) {
+            return bin;
+        }
+        std::ranges::fill(histogram, 0);
     }
     count_from(-std::numeric_limits<float>::infinity(), survey, step, histogram);
     return find_bin_below(beyond_peak, histogram);

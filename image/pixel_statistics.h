@@ -38,7 +38,7 @@ FieldSurvey survey_field(Pixels pixels, float check);
 // The first bin at which the number of in-field pixels in it and the bins below reaches `target`;
 // or the number of bins, where none does. The bin of a pixel is (pixel - min) / step in single
 // precision, truncated toward zero and held within the histogram; that of a NaN is the first.
-// histogram: room for the counters, one or more, of at most 2^31 - 1.
+// histogram: counters that are 0, one or more, at most 2^31 - 1.
 std::size_t find_peak_bin(const FieldSurvey &survey, float step, std::int32_t target,
                           std::span<std::int32_t> histogram);
 

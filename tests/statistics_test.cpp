@@ -46,8 +46,8 @@ TEST(Statistics, AreThoseOfLoopsPixelByPixel)
 
         for (const std::int32_t bins : {1, 16, 1024, 5000}) {
             const float step = (plain.max - plain.min) / static_cast<float>(bins);
-            std::vector<std::int32_t> histogram(static_cast<std::size_t>(bins) + 1);
             for (const float part : {-1.0F, 0.0F, 0.3F, 0.9F, 0.999F, 1.0F, 1.1F}) {
+                std::vector<std::int32_t> histogram(static_cast<std::size_t>(bins) + 1);
                 const auto target = static_cast<std::int32_t>(static_cast<float>(size) * part);
                 EXPECT_EQ(find_peak_bin(survey, step, target, histogram),
                           bench::plain::find_peak_bin(pixels, Check, plain.min, step, target,
