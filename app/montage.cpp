@@ -49,7 +49,7 @@ static Placement centre(std::int32_t extent, std::int32_t tile)
     return {.source = edge + first, .first = first, .last = std::min(extent - edge, tile)};
 }
 
-// Turns so many pixels into palette indices.
+// Turns `count` pixels into palette indices.
 VELMORANT_WIDE_VECTORS
 static void map_pixels(const float *pixels, std::size_t count, const PixelMapping &how,
                        std::uint8_t *indices)

@@ -70,7 +70,7 @@ std::size_t find_peak_bin(Pixels pixels, float check, float lowest, float step, 
         const float bin = (pixels[i] - lowest) / step;
         if (!(bin > 0.0F)) {
             ++histogram.front();
-        } else if (bin >= static_cast<float>(bins - 1)) {
+        } else if (static_cast<double>(bin) >= static_cast<double>(bins - 1)) {
             ++histogram.back();
         } else {
             ++histogram[static_cast<std::size_t>(bin)];

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <memory>
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -57,23 +56,25 @@ std::int32_t *allocate_int_zero(std::int32_t count, const char *label)
 }
 
 // Asks for pages of 2 MiB for what of a large block of pixels they can hold: the first touch of a page
-// costs more than the work on it, and a large volume has a hundred thousand of the smaller ones. Those
-// that are left are had at once, unless the block is so large that it may never be filled. A system
-// that does neither doesn't matter.
+// costs more than the work on it, and a large volume has a hundred thousand of the smaller ones. A
+// block that is not much larger than such a page, so that many small ones are left, is touched at
+// once. A system that does neither is only slower.
 static float *prepare_pages(float *pixels, [[maybe_unused]] std::size_t count)
 {
-#if defined(MADV_HUGEPAGE) && defined(MADV_POPULATE_WRITE)
-    constexpr std::size_t large_page = 2097152;
-    constexpr std::size_t most_at_once = 8388608;
+    [[maybe_unused]] constexpr std::size_t large_page = 2097152;
+    [[maybe_unused]] const std::size_t bytes = count * sizeof(float);
+#ifdef MADV_HUGEPAGE
     const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-    void *start = pixels;
-    std::size_t bytes = count * sizeof(float);
-    if (bytes >= large_page && std::align(page, bytes - page, start, bytes) != nullptr) {
-        madvise(start, bytes, MADV_HUGEPAGE);
-        if (bytes <= most_at_once) {
-            madvise(start, bytes, MADV_POPULATE_WRITE);
-        }
+    const std::size_t before_page = -reinterpret_cast<std::uintptr_t>(pixels) % page;
+    auto *first_page = reinterpret_cast<std::uint8_t *>(pixels) + before_page;
+    if (bytes >= large_page) {
+        madvise(first_page, bytes - before_page, MADV_HUGEPAGE);
     }
+#ifdef MADV_POPULATE_WRITE
+    if (bytes >= large_page && bytes <= 4 * large_page) {
+        madvise(first_page, bytes - before_page, MADV_POPULATE_WRITE);
+    }
+#endif
 #endif
     return pixels;
 }

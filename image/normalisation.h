@@ -53,7 +53,7 @@ inline constexpr Rescaling NoRescaling{
     return rescaling.check > pixel ? rescaling.out_value : scaled;
 }
 
-// Rescales a volume in place.
+// Rescales a volume in place. (The generator does the same while it renders.)
 void multiply_image_with_constant(float *volume, const ImageHeader &header, float factor,
                                   float check, float out_value);
 

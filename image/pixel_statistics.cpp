@@ -8,6 +8,7 @@
 #include <cmath>
 #include <functional>
 #include <limits>
+#include <utility>
 
 namespace velmorant
 {
@@ -95,24 +96,28 @@ static float settle_zero(Pixels pixels, float extreme)
     return *std::find(pixels.rbegin(), pixels.rend(), 0.0F);
 }
 
+static std::size_t count_blocks(Pixels pixels)
+{
+    return (pixels.size() + BlockPixels - 1) / BlockPixels;
+}
+
 FieldSurvey survey_field(Pixels pixels, float check)
 {
-    FieldSurvey survey{.pixels = pixels, .check = check, .range = {}, .block_maxima = {}};
-    survey.block_maxima.resize((pixels.size() + BlockPixels - 1) / BlockPixels);
-    const LaneRanges ranges =
-        survey_blocks(pixels.data(), pixels.size(), check, survey.block_maxima.data());
+    const std::size_t blocks = count_blocks(pixels);
+    Block<float> maxima(allocate_float(static_cast<std::int32_t>(blocks), "block maxima"));
+    const LaneRanges ranges = survey_blocks(pixels.data(), pixels.size(), check, maxima.get());
     float max = NoMaximum;
-    for (const float maximum : survey.block_maxima) {
+    for (const float maximum : std::span(maxima.get(), blocks)) {
         max = maximum > max ? maximum : max;
     }
     std::int32_t out_of_field = 0;
     for (const std::int32_t lane : ranges.out_of_field) {
         out_of_field += lane;
     }
-    survey.range = {.max = settle_zero(pixels, max),
-                    .min = settle_zero(pixels, *std::ranges::min_element(ranges.lowest)),
-                    .count = static_cast<std::int32_t>(pixels.size()) - out_of_field};
-    return survey;
+    const FieldRange range{.max = settle_zero(pixels, max),
+                           .min = settle_zero(pixels, *std::ranges::min_element(ranges.lowest)),
+                           .count = static_cast<std::int32_t>(pixels.size()) - out_of_field};
+    return {.pixels = pixels, .check = check, .range = range, .block_maxima = std::move(maxima)};
 }
 
 static Pixels block_of(const FieldSurvey &survey, std::size_t start)
@@ -194,7 +199,7 @@ static void count_from(float least, const FieldSurvey &survey, float step,
     SpareCounters spare{};
     const Counters sets = spread_counters(histogram, spare);
     const Pixels pixels = survey.pixels;
-    for (std::size_t number = 0; number < survey.block_maxima.size(); ++number) {
+    for (std::size_t number = 0; number < count_blocks(pixels); ++number) {
         if (survey.block_maxima[number] < least) {
             continue;
         }
@@ -219,12 +224,12 @@ static std::size_t find_bin_below(std::int64_t pixels, std::span<const std::int3
     return bin;
 }
 
-// The bin of one pixel.
+// The bin of a pixel, in field or not.
 static std::size_t find_bin(float pixel, const FieldSurvey &survey, float step,
                             std::size_t bin_count)
 {
     std::int32_t bin = 0;
-    find_bins(&pixel, 1, survey.check, survey.range.min, step,
+    find_bins(&pixel, 1, -std::numeric_limits<float>::infinity(), survey.range.min, step,
               static_cast<std::int32_t>(bin_count - 1), &bin);
     return static_cast<std::size_t>(bin);
 }
@@ -238,8 +243,9 @@ std::size_t find_peak_bin(const FieldSurvey &survey, float step, std::int32_t ta
     }
     const std::int64_t beyond_peak = std::int64_t{range.count} - target;
     // Most peaks lie in the upper half of the range, where only the pixels of that half have a say:
-    // the bins are in the order of the pixels. Of a large histogram most bins are never touched, and
-    // it isn't cleared for a second count.
+    // the bins are in the order of the pixels. (Where the step is no number above 0, every pixel falls
+    // into the first bin.) Of a large histogram most counters are never touched, and clearing it for
+    // a second count would touch them all.
     if (histogram.size() <= SmallHistogram) {
         const float middle = range.min + (range.max - range.min) / 2.0F;
         count_from(middle, survey, step, histogram);
@@ -290,7 +296,7 @@ BandSum sum_band(const FieldSurvey &survey, float lower, float upper)
 {
     BandSum band{};
     const Pixels pixels = survey.pixels;
-    for (std::size_t number = survey.block_maxima.size(); number-- > 0;) {
+    for (std::size_t number = count_blocks(pixels); number-- > 0;) {
         if (survey.block_maxima[number] < lower) {
             continue;
         }

@@ -5,10 +5,11 @@
 //
 // A pixel strictly below `check` is out of field and takes no part; a NaN is in field.
 
+#include "image/allocate.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <vector>
 
 namespace velmorant
 {
@@ -27,9 +28,9 @@ struct FieldSurvey {
     Pixels pixels;
     float check;
     FieldRange range;
-    // The largest in-field pixels of blocks that follow one another, from which later passes see
-    // what they needn't look at.
-    std::vector<float> block_maxima;
+    // Of blocks of pixels that follow one another, what no in-field pixel is larger than: from this
+    // later passes see what they needn't look at.
+    Block<float> block_maxima;
 };
 
 // pixels: at most 2^31 - 1, which have to stay as they are as long as the survey is used.
@@ -38,7 +39,7 @@ FieldSurvey survey_field(Pixels pixels, float check);
 // The first bin at which the number of in-field pixels in it and the bins below reaches `target`;
 // or the number of bins, where none does. The bin of a pixel is (pixel - min) / step in single
 // precision, truncated toward zero and held within the histogram; that of a NaN is the first.
-// histogram: counters that are 0, one or more, at most 2^31 - 1.
+// histogram: from 1 to 2^31 - 1 counters, all of them 0.
 std::size_t find_peak_bin(const FieldSurvey &survey, float step, std::int32_t target,
                           std::span<std::int32_t> histogram);
 

@@ -6,9 +6,10 @@
 // systems, and where nothing is optimised, there is one version.
 //
 // Procedures that earn it are loops without a branch over many pixels, each written so that its
-// pixels don't depend on one another. What such a loop calls is made a part of it by
-// [[gnu::always_inline]]: a call would lead to the one version there is. They take plain pointers: the bounds checks of containers
-// would keep a loop from becoming one of vectors.
+// pixels don't depend on one another. They take plain pointers, because the bounds checks of containers
+// would keep a loop from becoming one of vectors. What such a loop calls has to become a part of it,
+// because a call leads to the one version that there is: [[gnu::always_inline]] says so wherever
+// compilers have chosen otherwise.
 
 #if defined(__x86_64__) && defined(__gnu_linux__) && defined(__OPTIMIZE__)
 #define VELMORANT_WIDE_VECTORS __attribute__((target_clones("avx2", "default")))
