@@ -67,9 +67,9 @@ TEST(Statistics, AreThoseOfLoopsPixelByPixel)
 
 TEST(Statistics, HoldBinsThatAreMoreThanFloatsCanCount)
 {
-    // The last bin, 16777219, is no float: the nearest one is beyond it.
+    // The last bin, 16777219, is no float; the nearest one, the larger pixel's bin, is beyond it.
     std::vector<std::int32_t> histogram(16777220);
-    const std::vector<float> pixels{0.0F, 1.0F};
-    EXPECT_EQ(find_peak_bin(survey_field(pixels, Check), 0x1p-25F, 2, histogram), 16777219U);
+    const std::vector<float> pixels{0.0F, 16777220.0F};
+    EXPECT_EQ(find_peak_bin(survey_field(pixels, Check), 1.0F, 2, histogram), 16777219U);
     EXPECT_EQ(histogram.back(), 1);
 }
