@@ -28,7 +28,7 @@ template <std::endian Order, class Stored>
     using Word = std::conditional_t<sizeof(Stored) == 2, std::uint16_t, std::uint32_t>;
     constexpr std::size_t step = 512;
     for (std::size_t start = 0; start < count; start += step) {
-        expect_pixels(pixels, count, start + 4 * step, step);
+        expect_pixels(pixels, count, start + 2 * step, step);
         const std::size_t end = std::min(start + step, count);
         for (std::size_t i = start; i < end; ++i) {
             const Word word = load_word<Order, Word>(bytes + i * sizeof(Word));

@@ -11,7 +11,7 @@ namespace velmorant
 
 // Bytes of a data file that are converted and read or written at a time: few enough to stay in the
 // cache between the two.
-inline constexpr std::int32_t PieceBytes = 65536;
+inline constexpr std::int32_t PieceBytes = 131072;
 
 // A zeroed block of PieceBytes bytes, or of fewer where the whole data are fewer.
 inline Block<unsigned char> allocate_file_piece(std::size_t data_bytes)

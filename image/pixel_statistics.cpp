@@ -17,7 +17,7 @@ namespace velmorant
 static constexpr std::size_t BlockPixels = 256;
 
 // How many pixels before its turn a block is expected.
-static constexpr std::size_t PixelsAhead = 8 * BlockPixels;
+static constexpr std::size_t PixelsAhead = 4 * BlockPixels;
 
 // Extremes that are kept side by side, each of every so many-th pixel, so that no comparison waits
 // for the one before it.
