@@ -81,13 +81,13 @@ static float *prepare_pages(float *pixels, [[maybe_unused]] std::size_t count)
 
 float *allocate_float_zero(std::int32_t count, const char *label)
 {
-    float *pixels = allocate<float>(count, label, true);
+    auto *pixels = allocate<float>(count, label, true);
     return prepare_pages(pixels, static_cast<std::size_t>(count));
 }
 
 float *allocate_float(std::int32_t count, const char *label)
 {
-    float *pixels = allocate<float>(count, label, false);
+    auto *pixels = allocate<float>(count, label, false);
     return prepare_pages(pixels, static_cast<std::size_t>(count));
 }
 
