@@ -176,7 +176,7 @@ std::int32_t unread_pixels_cti6(const ImageHeader &header)
 // Fills `pixels` from one plane. stored: room for as many 16-bit integers, those beyond the plane's
 // last block 0. line_end: what ends the line about a missing plane.
 static void read_plane(OpenStudy &study, const ImageMatrix &matrix, std::int16_t *stored,
-                       std::span<float> pixels, PixelDecoder decode, const char *line_end)
+                       std::span<float> pixels, std::endian byte_order, const char *line_end)
 {
     const MatDirEntry *entry = find_or_say(study, matrix);
     if (entry == nullptr) {
@@ -190,7 +190,8 @@ static void read_plane(OpenStudy &study, const ImageMatrix &matrix, std::int16_t
     mat_read_matrix_data(stream, entry->first_block + 1,
                          static_cast<std::int32_t>(pixels.size()) / BlockPixels, stored);
     const auto *bytes = reinterpret_cast<const std::uint8_t *>(stored);
-    decode(bytes, pixels.data(), pixels.size(), subheader.scale_factor);
+    decode_pixels(StoredType::SignedShort, byte_order, bytes, pixels.data(), pixels.size(),
+                  subheader.scale_factor);
 }
 
 // Reads the planes from the first one's coordinates to the last frame and bed, and in each volume
@@ -199,13 +200,12 @@ static std::int32_t read_planes(const char *file_name, float *pixels, const Imag
                                 const ImageMatrix &first, std::int32_t last_frame,
                                 std::int32_t last_bed, std::endian byte_order, const char *line_end)
 {
-    const PixelDecoder decode = pixel_decoder(StoredType::SignedShort, byte_order);
     const std::int32_t size = checked_plane_size(header);
     const Block<std::int16_t> stored(allocate_short_int_zero(size, "in-plane buffer"));
     OpenStudy study(file_name);
     const auto read_next = [&](const ImageMatrix &matrix) {
         read_plane(study, matrix, stored.get(), std::span(pixels, static_cast<std::size_t>(size)),
-                   decode, line_end);
+                   byte_order, line_end);
         pixels += size;
     };
     visit_planes(first, {.frame = last_frame, .plane = header.num_slices, .bed = last_bed},

@@ -37,62 +37,29 @@ template <std::endian Order, class Stored>
     }
 }
 
-// The loop for every type and order, since not every compiler makes versions of a template.
-
-VELMORANT_WIDE_VECTORS
-static void decode_big_signed(const std::uint8_t *bytes, float *pixels, std::size_t count,
-                              float factor)
+template <std::endian Order>
+[[gnu::always_inline]] static inline void decode(StoredType type, const std::uint8_t *bytes,
+                                                 float *pixels, std::size_t count, float factor)
 {
-    decode<std::endian::big, std::int16_t>(bytes, pixels, count, factor);
-}
-
-VELMORANT_WIDE_VECTORS
-static void decode_little_signed(const std::uint8_t *bytes, float *pixels, std::size_t count,
-                                 float factor)
-{
-    decode<std::endian::little, std::int16_t>(bytes, pixels, count, factor);
-}
-
-VELMORANT_WIDE_VECTORS
-static void decode_big_unsigned(const std::uint8_t *bytes, float *pixels, std::size_t count,
-                                float factor)
-{
-    decode<std::endian::big, std::uint16_t>(bytes, pixels, count, factor);
-}
-
-VELMORANT_WIDE_VECTORS
-static void decode_little_unsigned(const std::uint8_t *bytes, float *pixels, std::size_t count,
-                                   float factor)
-{
-    decode<std::endian::little, std::uint16_t>(bytes, pixels, count, factor);
-}
-
-VELMORANT_WIDE_VECTORS
-static void decode_big_floats(const std::uint8_t *bytes, float *pixels, std::size_t count,
-                              float factor)
-{
-    decode<std::endian::big, float>(bytes, pixels, count, factor);
-}
-
-VELMORANT_WIDE_VECTORS
-static void decode_little_floats(const std::uint8_t *bytes, float *pixels, std::size_t count,
-                                 float factor)
-{
-    decode<std::endian::little, float>(bytes, pixels, count, factor);
-}
-
-PixelDecoder pixel_decoder(StoredType type, std::endian byte_order)
-{
-    const bool big = byte_order == std::endian::big;
     switch (type) {
     case StoredType::SignedShort:
-        return big ? decode_big_signed : decode_little_signed;
+        return decode<Order, std::int16_t>(bytes, pixels, count, factor);
     case StoredType::UnsignedShort:
-        return big ? decode_big_unsigned : decode_little_unsigned;
+        return decode<Order, std::uint16_t>(bytes, pixels, count, factor);
     case StoredType::Float:
-        break;
+        return decode<Order, float>(bytes, pixels, count, factor);
     }
-    return big ? decode_big_floats : decode_little_floats;
+}
+
+VELMORANT_WIDE_VECTORS
+void decode_pixels(StoredType type, std::endian byte_order, const std::uint8_t *bytes,
+                   float *pixels, std::size_t count, float factor)
+{
+    if (byte_order == std::endian::big) {
+        decode<std::endian::big>(type, bytes, pixels, count, factor);
+    } else {
+        decode<std::endian::little>(type, bytes, pixels, count, factor);
+    }
 }
 
 } // namespace velmorant

@@ -11,10 +11,7 @@ namespace velmorant
 
 // Fills `count` pixels from as many elements at `bytes`, which needn't be aligned: an integer n
 // stands for n * factor, computed in single precision, a float for itself.
-using PixelDecoder = void (*)(const std::uint8_t *bytes, float *pixels, std::size_t count,
-                              float factor);
-
-// What decodes elements of one type and byte order.
-PixelDecoder pixel_decoder(StoredType type, std::endian byte_order);
+void decode_pixels(StoredType type, std::endian byte_order, const std::uint8_t *bytes,
+                   float *pixels, std::size_t count, float factor);
 
 } // namespace velmorant

@@ -41,13 +41,12 @@ static void seek_volume(std::FILE *file, const char *image_name, const ImageHead
 static void read_pixels(std::FILE *file, const char *image_name, std::span<float> pixels,
                         StoredType type, std::endian byte_order, float factor)
 {
-    const PixelDecoder decode = pixel_decoder(type, byte_order);
     const std::size_t element = stored_bytes(type);
     const Block<unsigned char> piece = allocate_file_piece(pixels.size() * element);
     while (!pixels.empty()) {
         const std::size_t wanted = std::min<std::size_t>(pixels.size(), PieceBytes / element);
         const std::size_t got = std::fread(piece.get(), element, wanted, file);
-        decode(piece.get(), pixels.data(), got, factor);
+        decode_pixels(type, byte_order, piece.get(), pixels.data(), got, factor);
         pixels = pixels.subspan(got);
         if (got < wanted) {
             break;
