@@ -34,7 +34,7 @@ endfunction()
 function(velmorant_target target)
     target_compile_features(${target} PUBLIC cxx_std_20)
     set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
-    target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR})
+    target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
     # Pictures are the same from every compiler: no multiplication is fused with an addition.
     # Nobody looks at the flags of floating-point exceptions, for which g++ would keep a branch.
     target_compile_options(${target} PRIVATE -ffp-contract=off -fno-trapping-math)

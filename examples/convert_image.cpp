@@ -5,13 +5,13 @@
 // Ends with status 0; or with 1 after a message on standard error, or 2 after one about its
 // arguments. Warnings go to standard error, too.
 
-#include "examples/ordinary_ending.h"
 #include "image/allocate.h"
 #include "image/cutoff.h"
 #include "image/format_dispatch.h"
 #include "image/image_geometry.h"
 #include "image/output_check.h"
 #include "prefs/error_report.h"
+#include "prefs/ordinary_run.h"
 #include "prefs/settings.h"
 
 #include <cstdio>
@@ -45,7 +45,7 @@ int main(int argc, char **argv)
     const char *image = argv[2];
     const char *to = argv[3];
     const char *output = argv[4];
-    examples::begin("convert_image: not converted: ", image);
+    begin_ordinary_run("convert_image: not converted: ", image);
     check_output(image_files(output, to), image_files(image, from));
 
     ImageHeader header{};
@@ -65,5 +65,5 @@ int main(int argc, char **argv)
     write_image_matrix_multiple(output, study.get(), header, create_format_setting(to), KeepAll,
                                 0.0F);
     read_header(output, header, to); // or it is not converted
-    return examples::succeed();
+    return succeed();
 }

@@ -6,7 +6,6 @@
 // Ends with status 0; or with 1 after a message on standard error, or 2 after one about its
 // arguments.
 
-#include "examples/ordinary_ending.h"
 #include "examples/phantom.h"
 #include "image/allocate.h"
 #include "image/cutoff.h"
@@ -14,6 +13,7 @@
 #include "image/image_geometry.h"
 #include "image/output_check.h"
 #include "prefs/numbers.h"
+#include "prefs/ordinary_run.h"
 #include "prefs/settings.h"
 
 #include <array>
@@ -54,7 +54,7 @@ int main(int argc, char **argv)
     const auto [x_dim, y_dim, num_slices, frames, beds] = sizes;
     const char *keyword = argv[1];
     const char *image = argv[2];
-    examples::begin("make_phantom: not made: ", image);
+    begin_ordinary_run("make_phantom: not made: ", image);
 
     ImageHeader header = phantom::describe(x_dim, y_dim, num_slices, frames, beds);
     if (std::string_view(keyword).ends_with('L')) {
@@ -66,5 +66,5 @@ int main(int argc, char **argv)
     INT_MaxPixelValue = 32700; // what the extreme of an ECAT 6 plane becomes
     write_image_matrix_multiple(image, study.get(), header, create_format_setting(keyword), KeepAll,
                                 0.0F);
-    return examples::succeed();
+    return succeed();
 }

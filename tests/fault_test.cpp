@@ -1,64 +1,19 @@
 // One operation after the other fails under the programs, by the library of fuzz/faults.cpp.
 
+#include "tests/support/faults.h"
 #include "tests/support/test.h"
 
 #include <cstdlib>
-#include <map>
 
+using test::Faults;
+using test::Files;
+using test::files_here;
 using test::Outcome;
-using Files = std::map<std::string, std::string>;
-
-static const std::vector<std::string> Faults{
-    "open error",       "open interrupted",  "read error",  "read interrupted", "read short",
-    "write error",      "write interrupted", "write short", "seek error",       "close error",
-#ifndef SANITIZED
-    "allocate error",
-#endif
-    "close interrupted"};
+using test::restore;
+using test::run_with_faults;
 
 static const std::vector<std::string> Keywords{"CTI6", "SHORTINT2B", "SHORTINT2L", "FLOATB",
                                                "FLOATL"};
-
-// All files of the working directory.
-static Files files_here()
-{
-    Files files;
-    for (const auto &entry : std::filesystem::directory_iterator(".")) {
-        files[entry.path().filename()] = test::read_file(entry.path());
-    }
-    return files;
-}
-
-static void restore(const Files &files)
-{
-    for (const auto &entry : std::filesystem::directory_iterator(".")) {
-        std::filesystem::remove(entry.path());
-    }
-    for (const auto &[name, bytes] : files) {
-        test::write_file(name, bytes);
-    }
-}
-
-// Runs a program again and again in the same files, a later operation failing each time, until none
-// does. Returns how many have failed. check: looks at the outcome and the files.
-template <class Check>
-static int run_with_faults(const std::string &fault, const char *program,
-                           const std::vector<std::string> &words, const Files &before, Check check)
-{
-    setenv("LD_PRELOAD", FAULTS, 1);
-    setenv("FAULT_MARK", "mark", 1);
-    int number = 0;
-    for (bool happened = true; happened && !testing::Test::HasFailure();) {
-        restore(before);
-        setenv("FAULT", (fault + " " + std::to_string(++number)).c_str(), 1);
-        const Outcome outcome = test::run_program(program, words);
-        happened = std::filesystem::remove("mark");
-        SCOPED_TRACE(fault + " " + std::to_string(number) + ": " + test::summary(outcome));
-        check(outcome, happened);
-    }
-    unsetenv("LD_PRELOAD");
-    return number - 1;
-}
 
 // The files as they are after a run without a fault.
 static Files clean_run(const char *program, const std::vector<std::string> &words,

@@ -1,4 +1,4 @@
-#include "examples/ordinary_ending.h"
+#include "prefs/ordinary_run.h"
 
 #include "prefs/process_guard.h"
 
@@ -7,7 +7,7 @@
 
 #include <unistd.h>
 
-namespace examples
+namespace velmorant
 {
 
 static const char *Complaint;
@@ -23,7 +23,7 @@ static void fail_unless_succeeded()
     }
 }
 
-void begin(const char *complaint, const char *image)
+void begin_ordinary_run(const char *complaint, const char *image)
 {
     velmorant::guard_process();
     Complaint = complaint;
@@ -41,4 +41,4 @@ int succeed()
     return EXIT_SUCCESS;
 }
 
-} // namespace examples
+} // namespace velmorant

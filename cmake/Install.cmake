@@ -1,0 +1,86 @@
+# What `cmake --install` puts where, and `cpack -G DEB` into a package.
+
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+set(velmorant_datadir ${CMAKE_INSTALL_DATADIR}/velmorant)
+set(velmorant_cmakedir ${CMAKE_INSTALL_LIBDIR}/cmake/Velmorant)
+
+install(TARGETS tiffgen tiffgen-check)
+install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
+        DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/velmorant)
+install(FILES ${PROJECT_SOURCE_DIR}/packaging/copyright DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/velmorant)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/palettes DESTINATION ${velmorant_datadir}
+        FILES_MATCHING PATTERN *.plt)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/man/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
+        FILES_MATCHING PATTERN *.1)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/man/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man5
+        FILES_MATCHING PATTERN *.5)
+foreach(program tiffgen tiffgen-run tiffgen-check)
+    install(FILES ${PROJECT_SOURCE_DIR}/companions/completion.bash RENAME ${program}
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+endforeach()
+
+# The image library, as the target Velmorant::image and for pkg-config. Headers that only the library's
+# own procedures include stay here.
+set_target_properties(velmorant_image PROPERTIES EXPORT_NAME image)
+target_include_directories(velmorant_image
+    PUBLIC $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/velmorant>)
+install(TARGETS velmorant_image EXPORT VelmorantTargets)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/prefs ${PROJECT_SOURCE_DIR}/image ${PROJECT_SOURCE_DIR}/ecat
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/velmorant
+        FILES_MATCHING PATTERN *.h
+        PATTERN decode_pixels.h EXCLUDE PATTERN expect_pixels.h EXCLUDE
+        PATTERN file_piece.h EXCLUDE PATTERN internal_buffer.h EXCLUDE
+        PATTERN pixel_statistics.h EXCLUDE PATTERN wide_vectors.h EXCLUDE)
+install(EXPORT VelmorantTargets NAMESPACE Velmorant:: DESTINATION ${velmorant_cmakedir})
+configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/VelmorantConfig.cmake.in VelmorantConfig.cmake
+    INSTALL_DESTINATION ${velmorant_cmakedir})
+# Before version 1 a new minor version may break what is built on the one before.
+write_basic_package_version_file(VelmorantConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/VelmorantConfig.cmake
+              ${PROJECT_BINARY_DIR}/VelmorantConfigVersion.cmake
+        DESTINATION ${velmorant_cmakedir})
+file(RELATIVE_PATH velmorant_prefix_from_pkgconfig
+     /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+configure_file(${PROJECT_SOURCE_DIR}/cmake/velmorant.pc.in velmorant.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/velmorant.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+# Complete preference files are what a first run makes.
+add_custom_command(OUTPUT preferences/GLOBAL.prf preferences/tiffgen.prf
+    COMMAND ${CMAKE_COMMAND} -DTIFFGEN=$<TARGET_FILE:tiffgen>
+            -P ${PROJECT_SOURCE_DIR}/cmake/MakePreferences.cmake
+    DEPENDS tiffgen ${PROJECT_SOURCE_DIR}/cmake/MakePreferences.cmake)
+add_custom_target(preferences ALL DEPENDS preferences/GLOBAL.prf preferences/tiffgen.prf)
+
+# What holds paths is known once the prefix is.
+install(CODE "
+    set(PROJECT_VERSION ${PROJECT_VERSION})
+    set(source ${PROJECT_SOURCE_DIR})
+    set(build ${PROJECT_BINARY_DIR})
+    set(bindir ${CMAKE_INSTALL_BINDIR})
+    set(datadir ${velmorant_datadir})
+    include(${PROJECT_SOURCE_DIR}/cmake/InstallPaths.cmake)")
+
+# The package is installed below /usr, whatever this build's prefix, and its paths say so.
+set(CPACK_SET_DESTDIR ON)
+set(CPACK_INSTALL_PREFIX /usr)
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME velmorant)
+set(CPACK_PACKAGE_VENDOR Velmorant)
+set(CPACK_PACKAGE_CONTACT "The Velmorant developers <velmorant@localhost>")
+set(CPACK_STRIP_FILES ON)
+set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/CompressForDebian.cmake)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION science)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "bash-completion, g++, cmake | pkgconf")
+set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "${PROJECT_DESCRIPTION}
+ tiffgen lays all slices of one frame and bed of a PET study out as a
+ montage, in colour or gray, and writes it as a TIFF file. It reads ECAT 6
+ matrix files and raw volumes with a text header. tiffgen-run runs it with
+ ordinary manners, for people and batch engines; tiffgen-check proves a
+ picture whole and says what a study lacks.
+ .
+ The image library that reads and writes these formats is included, with
+ its headers.")
+include(CPack)

@@ -1,0 +1,251 @@
+#include "companions/ecat_study.h"
+
+#include "ecat/directory.h"
+#include "ecat/headers.h"
+#include "ecat/matrix_number.h"
+#include "image/format_dispatch.h"
+#include "prefs/file_handle.h"
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace velmorant
+{
+
+namespace
+{
+
+struct EcatStudy {
+    FileHandle file;
+    std::int64_t blocks; // whole ones in the file
+    MatMainHeader main_header;
+    // How many of each coordinate the main header promises.
+    ImageMatrix promised;
+    std::unordered_map<std::uint32_t, MatDirEntry> matrices; // by number
+    std::optional<MatImageSubheader> first; // of the first plane that has a readable one
+};
+
+struct Volume {
+    std::int32_t frame;
+    std::int32_t bed;
+};
+
+// Frames that follow one another, of one bed.
+struct Frames {
+    std::int32_t first;
+    std::int32_t last;
+    std::int32_t bed;
+};
+
+// What can be wrong with a plane, in the order in which it is looked for.
+enum PlaneFault : std::size_t { Missing, Cut, Unlike };
+constexpr std::array PlaneFaults{" missing", " not wholly in the file",
+                                 " of no size, or of another than the first"};
+
+// How many planes of a volume share a fault, and which is the first.
+struct FaultCount {
+    std::int32_t planes = 0;
+    std::int32_t first_plane = 0;
+    bool operator==(const FaultCount &) const = default;
+};
+using VolumeFaults = std::array<FaultCount, PlaneFaults.size()>;
+
+} // namespace
+
+// Of matrices with the same number the first counts, as in `mat_lookup`.
+static void read_matrices(EcatStudy &study)
+{
+    DirectoryWalk walk(study.file.get());
+    DirectoryBlock block{};
+    while (walk.read_next(block)) {
+        for (const MatDirEntry &entry : block.entries) {
+            study.matrices.try_emplace(static_cast<std::uint32_t>(entry.matrix_number), entry);
+        }
+    }
+}
+
+static EcatStudy open_study(const char *image)
+{
+    EcatStudy study{};
+    study.file = open_or_report(image, "rb");
+    const off_t end = fseeko(study.file.get(), 0, SEEK_END) == 0 ? ftello(study.file.get()) : 0;
+    study.blocks = end / static_cast<off_t>(BlockBytes);
+    mat_read_main_header(study.file.get(), study.main_header);
+    const MatMainHeader &header = study.main_header;
+    study.promised = {.frame = header.num_frames,
+                      .plane = header.num_planes,
+                      .gate = header.num_gates == 0 ? 1 : header.num_gates,
+                      .data = 1,
+                      .bed = header.num_bed_positions + 1};
+    read_matrices(study);
+    return study;
+}
+
+// Whether each plane that the main header promises has a number of its own; says what is wrong.
+static bool check_promise(StudyReport &report, const ImageMatrix &promised)
+{
+    constexpr std::int32_t MostGates = 64;
+    if (promised.frame < 1 || promised.plane < 1 || promised.gate < 1 || promised.bed < 1) {
+        report_fault(report, "the main header promises no planes");
+        return false;
+    }
+    if (!are_distinct(promised.frame, promised.plane, promised.bed - 1) ||
+        promised.gate > MostGates) {
+        report_fault(report,
+                     "more than the 4096 frames, 256 planes, 64 gates and 16 beds that have "
+                     "numbers of their own");
+        return false;
+    }
+    return true;
+}
+
+// As many blocks of a plane's data as are read.
+static std::int64_t data_blocks(const MatImageSubheader &subheader)
+{
+    const std::int64_t bytes = std::int64_t{2} * subheader.x_dimension * subheader.y_dimension;
+    return bytes / static_cast<std::int64_t>(BlockBytes);
+}
+
+static bool has_size_of(const MatImageSubheader &subheader, const MatImageSubheader &first)
+{
+    return subheader.x_dimension >= 1 && subheader.y_dimension >= 1 && subheader.pixel_size > 0 &&
+           subheader.x_dimension == first.x_dimension &&
+           subheader.y_dimension == first.y_dimension && subheader.pixel_size == first.pixel_size;
+}
+
+static std::optional<PlaneFault> find_fault(EcatStudy &study, const ImageMatrix &plane)
+{
+    const auto found = study.matrices.find(
+        mat_numcod(plane.frame, plane.plane, plane.gate, plane.data, plane.bed));
+    if (found == study.matrices.end()) {
+        return Missing;
+    }
+    const MatDirEntry &entry = found->second;
+    if (entry.first_block <= FirstDirectoryBlock || entry.first_block > study.blocks) {
+        return Cut;
+    }
+    MatImageSubheader subheader{};
+    mat_read_image_subheader(study.file.get(), entry.first_block, subheader);
+    if (!study.first) {
+        study.first = subheader;
+    }
+    if (!has_size_of(subheader, *study.first)) {
+        return Unlike;
+    }
+    const std::int64_t last_block = entry.first_block + data_blocks(subheader);
+    if (last_block > study.blocks || last_block > entry.last_block) {
+        return Cut;
+    }
+    return std::nullopt;
+}
+
+// A plane counts once, with the first fault of its gates.
+static VolumeFaults find_faults(EcatStudy &study, const Volume &volume)
+{
+    VolumeFaults faults{};
+    for (std::int32_t plane = 1; plane <= study.promised.plane; ++plane) {
+        std::optional<PlaneFault> fault;
+        for (std::int32_t gate = 1; gate <= study.promised.gate && !fault; ++gate) {
+            fault = find_fault(study, {volume.frame, plane, gate, 0, volume.bed});
+        }
+        if (fault) {
+            FaultCount &count = faults.at(*fault);
+            count.first_plane = count.planes == 0 ? plane : count.first_plane;
+            ++count.planes;
+        }
+    }
+    return faults;
+}
+
+static std::string frames_name(const Frames &frames)
+{
+    return frames.first == frames.last
+               ? volume_name(frames.first, frames.bed)
+               : "frames " + std::to_string(frames.first) + " to " + std::to_string(frames.last) +
+                     ", bed " + std::to_string(frames.bed);
+}
+
+// Says what is wrong with the volumes of frames that follow one another. False where nothing is.
+static bool report_faults(StudyReport &report, const EcatStudy &study, const Frames &frames,
+                          const VolumeFaults &faults)
+{
+    bool found = false;
+    for (std::size_t fault = 0; fault < faults.size(); ++fault) {
+        const FaultCount &count = faults.at(fault);
+        if (count.planes > 0) {
+            report_fault(report, frames_name(frames) + ": " + std::to_string(count.planes) +
+                                     " of " + std::to_string(study.promised.plane) + " planes" +
+                                     PlaneFaults.at(fault) + ", the first is plane " +
+                                     std::to_string(count.first_plane));
+            found = true;
+        }
+    }
+    return found;
+}
+
+// The volumes in which nothing is wrong, in the program's order. Says what is wrong with the others,
+// at once for frames that follow one another and lack the same.
+static std::vector<Volume> find_whole_volumes(StudyReport &report, EcatStudy &study)
+{
+    std::vector<Volume> whole;
+    for (std::int32_t bed = 0; bed < study.promised.bed; ++bed) {
+        for (std::int32_t frame = 1; frame <= study.promised.frame;) {
+            const VolumeFaults faults = find_faults(study, {frame, bed});
+            std::int32_t next = frame + 1;
+            while (next <= study.promised.frame && find_faults(study, {next, bed}) == faults) {
+                ++next;
+            }
+            if (!report_faults(report, study, {frame, next - 1, bed}, faults)) {
+                for (; frame < next; ++frame) {
+                    whole.push_back({frame, bed});
+                }
+            }
+            frame = next;
+        }
+    }
+    return whole;
+}
+
+static ImageHeader describe_study(const EcatStudy &study)
+{
+    ImageHeader header{};
+    create_standard_image_header(header);
+    header.num_frames = study.promised.frame;
+    header.num_slices = study.promised.plane;
+    header.num_gates = study.promised.gate;
+    header.num_beds = study.promised.bed - 1;
+    header.slice_thickness = 10.0F * study.main_header.plane_separation;
+    if (study.first) {
+        header.x_dim = study.first->x_dimension;
+        header.y_dim = study.first->y_dimension;
+        header.pixel_size_x = header.pixel_size_y = 10.0F * study.first->pixel_size;
+    }
+    return header;
+}
+
+void check_ecat_study(StudyReport &report)
+{
+    EcatStudy study = open_study(report.image);
+    if (!check_promise(report, study.promised)) {
+        return;
+    }
+    const std::vector<Volume> whole = find_whole_volumes(report, study);
+    const ImageHeader header = describe_study(study);
+    report_geometry(report, header);
+    std::fprintf(report.facts, "gates: %d\n", header.num_gates);
+    const std::int32_t unread = study.first ? unread_pixels(header, report.keyword) : 0;
+    if (unread > 0) {
+        std::fprintf(report.facts, "pixels at the end of each plane that are read as 0: %d\n",
+                     unread);
+    }
+    for (const Volume &volume : whole) {
+        report_values(report, header, volume.frame, volume.bed);
+    }
+}
+
+} // namespace velmorant

@@ -1,0 +1,87 @@
+// Programs that are built on the installed library, and what else is installed.
+
+#include "tests/support/installed.h"
+#include "tests/support/test.h"
+
+static const std::string Summary = "XD=  3;YD=  2;SL= 3;PX=2.000;PY=2.000;PZ=4.000;F= 1;B=0\n";
+
+TEST(InstalledLibrary, IsFoundByCmake)
+{
+    test::make_study();
+    EXPECT_EQ(test::installed("cmake -S " SIBLING " -B b -DCMAKE_PREFIX_PATH=" INSTALLED
+                              " -DCMAKE_CXX_COMPILER=" CXX
+                              " >log 2>&1 && cmake --build b >log 2>&1 || "
+                              "cat log; b/sibling FLOATB a.img"),
+              "status 0: " + Summary);
+}
+
+#ifndef SANITIZED // whose flags are no part of the package
+TEST(InstalledLibrary, IsFoundByPkgConfig)
+{
+    test::make_study();
+    EXPECT_EQ(test::installed("PKG_CONFIG_PATH=$(echo " INSTALLED "/lib*/pkgconfig) && "
+                              "export PKG_CONFIG_PATH && pkg-config --modversion velmorant && " CXX
+                              " -std=c++20 " SIBLING "/sibling.cpp -o sibling "
+                              "$(pkg-config --cflags --libs velmorant) && ./sibling FLOATB a.img"),
+              "status 0: " VERSION "\n" + Summary);
+}
+#endif
+
+TEST(InstalledLibrary, HasEveryHeaderThatItsHeadersInclude)
+{
+    EXPECT_EQ(test::installed("cd " INSTALLED "/include/velmorant && for header in */*.h; do "
+                              "echo \"#include <$header>\"; done | " CXX
+                              " -std=c++20 -I. -Wall -Wextra -Werror -fsyntax-only -x c++ -"),
+              "status 0: ");
+}
+
+TEST(InstalledFiles, HoldCompletePreferencesAndPalettes)
+{
+    test::make_study();
+    const std::string share = INSTALLED "/share/velmorant/";
+    const std::string palette = share + "palettes/rainbow.plt";
+    test::installed("cp " TIFFGEN " tiffgen; ./tiffgen >/dev/null");
+    std::string expected = test::read_file("tiffgen.prf");
+    const std::string default_palette = std::filesystem::current_path().string() + "/rainbow.plt";
+    expected.replace(expected.find(default_palette), default_palette.size(), palette);
+    EXPECT_EQ(test::read_file(share + "preferences/tiffgen.prf"), expected);
+    EXPECT_EQ(test::read_file(share + "preferences/GLOBAL.prf"), test::read_file("GLOBAL.prf"));
+    EXPECT_EQ(test::read_file(palette).size(), 768U);
+}
+
+// What bash makes of a command line whose last word is to be completed.
+static std::string complete(const std::string &function, const std::string &words)
+{
+    return test::installed("bash -c '. " INSTALLED
+                           "/share/bash-completion/completions/tiffgen-run; COMP_WORDS=(" +
+                           words + "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); " + function +
+                           "; printf \"%s\\n\" \"${COMPREPLY[@]}\" | sort'");
+}
+
+TEST(InstalledFiles, CompleteCommandLines)
+{
+    test::make_study();
+    std::filesystem::create_directory("my studies");
+    // clang-format off
+    const struct {
+        std::string function;
+        std::string words;
+        std::string completed;
+    } cases[] = {
+        {"_tiffgen", "tiffgen a", "a.hdr\na.img\n"},
+        {"_tiffgen", "tiffgen a.img o 0 -hmy", "-hmy studies\n"},
+        {"_tiffgen", "tiffgen a.img o 0 -s", "-s0\n-s1\n"},
+        {"_tiffgen_run", "tiffgen-run --f", "--format\n"},
+        {"_tiffgen_run", "tiffgen-run --format SH", "SHORTINT2B\nSHORTINT2L\n"},
+        {"_tiffgen_run", "tiffgen-run --format = C", "CTI6\n"},
+        {"_tiffgen_run", "tiffgen-run --palette vi", "viridis\n"},
+        {"_tiffgen_run", "tiffgen-run --palette = a.h", "a.hdr\n"},
+        {"_tiffgen_run", "tiffgen-run --palette pet a.i", "a.img\n"},
+        {"_tiffgen_check", "tiffgen-check s", "study\n"},
+        {"_tiffgen_check", "tiffgen-check study FLOATL my", "my studies\n"},
+    };
+    // clang-format on
+    for (const auto &row : cases) {
+        EXPECT_EQ(complete(row.function, row.words), "status 0: " + row.completed) << row.words;
+    }
+}

@@ -1,0 +1,119 @@
+// The installed checker on damaged pictures.
+
+#include "tests/support/faults.h"
+#include "tests/support/installed.h"
+#include "tests/support/test.h"
+
+// The status of the check of a picture with these bytes.
+static int check(const std::string &bytes)
+{
+    test::write_file("damaged.tif", bytes);
+    return test::run_program(INSTALLED "/bin/tiffgen-check",
+                             {"tiffgen-check", "picture", "damaged.tif"})
+        .status;
+}
+
+static std::string make_picture(const std::string &options)
+{
+    test::make_study();
+    test::installed("tiffgen-run a.img o 0.0 " + options);
+    return test::read_file("o.tif");
+}
+
+// Of three strips, the last of 6 rows, in gray and in colour; and of an odd number of bytes.
+static const std::vector<std::string> Pictures{"-X1 -x30 -y22 -g1", "-X1 -x10 -y22 -g0 -s1",
+                                               "-X3 -x7 -y1 -g1"};
+
+TEST(PictureCheck, RefusesEveryTruncation)
+{
+    for (const std::string &options : Pictures) {
+        const std::string picture = make_picture(options);
+        ASSERT_EQ(check(picture), 0) << options;
+        EXPECT_EQ(check(picture + '\0'), 1) << options;
+        // Pixels are all alike to the checker: a few lengths among them will do.
+        for (std::size_t length = 0; length < picture.size(); ++length) {
+            if (length < 20 || length + 600 > picture.size() || length % 100 == 0) {
+                EXPECT_EQ(check(picture.substr(0, length)), 1) << options << ", " << length;
+            }
+        }
+    }
+}
+
+TEST(PictureCheck, RefusesEveryOtherByteThatIsNoPixel)
+{
+    for (const std::string &options : Pictures) {
+        const std::string picture = make_picture(options);
+        // The pixels lie between the header of 8 bytes and the directory, which begins at an even byte.
+        const auto directory =
+            static_cast<unsigned char>(picture[4]) + 256U * static_cast<unsigned char>(picture[5]);
+        for (std::size_t place = 0; place < picture.size(); ++place) {
+            if (place == 8) {
+                place = directory;
+            }
+            for (const unsigned change : {0x01U, 0x80U}) {
+                std::string damaged = picture;
+                damaged[place] =
+                    static_cast<char>(static_cast<unsigned char>(damaged[place]) ^ change);
+                EXPECT_EQ(check(damaged), 1) << options << ", byte " << place << " ^ " << change;
+            }
+        }
+    }
+}
+
+// A picture of which a write has failed is whole only where the program wrote it all after all.
+TEST(PictureCheck, RefusesWhatIsLeftOfFailedWrites)
+{
+    test::make_study();
+    const std::vector<std::string> words{"tiffgen", "a.img", "o", "0.0", "-X1", "-x30", "-y22"};
+    test::write_file("rainbow.plt", std::string(768, 'p'));
+    test::run_program(TIFFGEN, words);
+    const test::Files before = test::files_here();
+    const std::string &whole = before.at("o.tif");
+    int damaged = 0;
+    for (const std::string fault : {"write error", "write short", "write interrupted", "seek error",
+                                    "close error", "allocate error"}) {
+        test::run_with_faults(fault, TIFFGEN, words, before,
+                              [&](const test::Outcome &outcome, bool) {
+                                  const std::string picture = test::read_file("o.tif");
+                                  setenv("FAULT", "", 1);
+                                  EXPECT_EQ(check(picture), picture == whole ? 0 : 1);
+                                  damaged += picture != whole && outcome.status == 1 ? 1 : 0;
+                              });
+    }
+    EXPECT_GE(damaged, 4) << "of the runs that ended with status 1";
+}
+
+TEST(PictureCheck, SaysWhatIsWrong)
+{
+    const std::string picture = make_picture("-X1 -x10 -y30 -g1");
+    test::write_file("cut.tif", picture.substr(0, 500));
+    std::string two = picture;
+    two[2] = 43;
+    test::write_file("big.tif", two);
+    // clang-format off
+    const struct {
+        std::string words;
+        std::string said;
+    } cases[] = {
+        {"picture o.tif", "status 0: o.tif: whole, 10 x 90 pixels, gray\n"},
+        {"picture o.tif 10 90", "status 0: o.tif: whole, 10 x 90 pixels, gray\n"},
+        {"picture o.tif 90 10", "tiffgen-check: o.tif: it is 10 x 90 pixels, not 90 x 10\nstatus 1: "},
+        {"picture cut.tif", "tiffgen-check: cut.tif: the directory is not in the file\nstatus 1: "},
+        {"picture big.tif", "tiffgen-check: big.tif: not a TIFF file\nstatus 1: "},
+        {"picture a.img", "tiffgen-check: a.img: not a TIFF file\nstatus 1: "},
+        {"picture none.tif", "tiffgen-check: none.tif: can't be opened\nstatus 1: "},
+        {"picture .", "tiffgen-check: .: can't be read\nstatus 1: "},
+        {"--version", "status 0: tiffgen-check (Velmorant) " VERSION "\n"},
+    };
+    // clang-format on
+    for (const auto &row : cases) {
+        EXPECT_EQ(test::installed("exec tiffgen-check " + row.words), row.said);
+    }
+    for (const char *words : {"", "picture", "picture o.tif 10", "picture o.tif 10 9x",
+                              "study FLOATB", "study FLOATB a.img 1", "look o.tif"}) {
+        EXPECT_NE(test::installed(std::string("exec tiffgen-check ") + words).find("status 2: "),
+                  std::string::npos)
+            << words;
+    }
+    EXPECT_EQ(test::installed("tiffgen-check picture o.tif >/dev/full; echo $?"), "status 0: 1\n");
+}

@@ -1,0 +1,271 @@
+// The installed wrapper: every status, and what it leaves behind.
+
+#include "tests/support/faults.h"
+#include "tests/support/installed.h"
+#include "tests/support/test.h"
+
+#include <cstdlib>
+
+// Runs the wrapper. Says what it says on standard error and its status; what the program prints is left
+// out.
+static std::string run(const std::string &words)
+{
+    return test::installed("tiffgen-run " + words + " >said; status=$?; rm said; exit $status");
+}
+
+// The picture that the program itself makes of the study in the working directory.
+static std::string plain_picture(const std::string &palette, const std::string &options)
+{
+    return test::installed(
+               "mkdir plain && cd plain && cp " TIFFGEN " tiffgen && cp ../a.* . && ./tiffgen "
+               "a.img o 0.0 -c" INSTALLED "/share/velmorant/palettes/" +
+               palette + ".plt " + options + " >/dev/null; cat o.tif; cd .. && rm -r plain")
+        .substr(std::string("status 0: ").size());
+}
+
+TEST(Wrapper, MakesThePictureThatTheProgramMakesAndNothingElse)
+{
+    test::make_study();
+    const test::Files before = test::files_here();
+    test::Files after = before;
+    after["o.tif"] = plain_picture("rainbow", "-s1 -X2");
+    EXPECT_EQ(test::installed("exec tiffgen-run a.img o 0.0 -s1 -X2"),
+              "status 0: \nTIFF FILE GENERATOR (Version 3.1)\n"
+              "Velmorant tomographic brain image analysis\n"
+              "by Orlavesk Tarn and the Velmorant developers\nHollin Centre\n"
+              "Free software under the MIT licence\nFor research, not for diagnosis\n\n"
+              "XD=  3;YD=  2;SL= 3;PX=2.000;PY=2.000;PZ=4.000;F= 1;B=0\n"
+              "Max= 17.000;Min=  0.000;Peak= 15.987;Avg= 11.000\n");
+    EXPECT_TRUE(test::files_here() == after);
+    for (const std::string output : {">&-", ">&- 2>&- <&-", ">/dev/full", "| true"}) {
+        test::restore(before);
+        test::installed("(sleep 0.05; exec tiffgen-run a.img o 0.0 -s1 -X2) " + output);
+        EXPECT_TRUE(test::files_here() == after) << output;
+    }
+}
+
+TEST(Wrapper, HasOrdinaryStatuses)
+{
+    test::make_study();
+    std::string cut = test::small_ecat_study().bytes;
+    test::write_file("cut.v", cut.substr(0, 17920));
+    cut[512 + 16 + 12 * 16 - 16] = 0; // the last plane's number
+    test::write_file("lacking.v", cut);
+    test::write_file("h.hdr", "");
+    test::write_file("short.plt", std::string(100, 'p'));
+    test::write_file("bad.prf", "Color Palette File = none\n");
+    const std::string unwritable = "o.tif: no file can be made there";
+    const std::string usage = "\nTry 'tiffgen-run --help'.";
+    const std::string warning = "CHECK A POSSIBLE PROBLEM IN THE MAIN HEADER...\nlacking.v: "
+                                "THE PROGRAM MAY FAIL IN THE FURTHER PROCESSING...\n";
+    // clang-format off
+    const struct {
+        std::string words;
+        int status;
+        std::string said; // after the wrapper's name
+    } cases[] = {
+        {"none.img o 0", 1, "none.img: can't open none.hdr"},
+        {"a.img o 0 -hnone/h.img", 1, "a.img: can't open none/h.hdr"},
+        {"a.img o 0 -hh.img", 1, "a.img: 'pixel scaling value' not defined in h.hdr"},
+        {"a.img o 0 -f0", 1, "a.img: illegal volume (frame 0, bed 0) in a.img"},
+        {"a.img o 0 -s2", 1, "a.img: Illegal FlagScaleBar"},
+        {"a.img o 0 -x0", 1, "a.img: Illegal slice_width: 0"},
+        {"a.img o 0 -cshort.plt", 1, "a.img: Incomplete color palette short.plt"},
+        {"--palette short.plt a.img o 0", 1, "a.img: Incomplete color palette short.plt"},
+        {"--palette none a.img o 0", 1,
+         "no palette none, neither a file nor one of those in " INSTALLED "/share/velmorant/palettes"},
+        {"a.img o 0 -pbad.prf", 1, "a.img: can't find a preference string"},
+        {"a.img o 0 -pnone.prf", 1, "can't read none.prf"},
+        {"a.img none/o 0", 1, "can't write none/" + unwritable},
+        {"a.img a.img/o 0", 1, "can't write a.img/" + unwritable},
+        {"a.img folder 0", 1, "folder.tif is a folder"},
+        {"a.img link 0", 1, "the output would replace a.hdr"},
+        {"--format CTI6 none.v o 0", 1, "none.v: can't open none.v"},
+        {"--format CTI6 cut.v o 0", 2, "cut.v: fread error in mat_rblk (512 expected, 0 read)..."},
+        {"--format=CTI6 lacking.v o 0 -f2 -b1", 2, "lacking.v: matrix (2,3,1,0,1) not found..."},
+        {"", 2, "IMAGE, OUTPUT and MAXIMUM are needed" + usage},
+        {"a.img o", 2, "IMAGE, OUTPUT and MAXIMUM are needed" + usage},
+        {"a.img o -s1", 2, "MAXIMUM is not a number: -s1" + usage},
+        {"a.img o 1x", 2, "MAXIMUM is not a number: 1x" + usage},
+        {"a.img o .", 2, "MAXIMUM is not a number: ." + usage},
+        {"a.img none/ 0", 2, "OUTPUT has no name: none/" + usage},
+        {"'' o 0", 2, "IMAGE has no name" + usage},
+        {"a.img o 0 -z1", 2, "unknown option -z1" + usage},
+        {"a.img o 0 more", 2, "unknown option more" + usage},
+        {"a.img o 0 -f", 2, "not a whole number: -f" + usage},
+        {"a.img o 0 -f1.5", 2, "not a whole number: -f1.5" + usage},
+        {"a.img o 0 -m1e", 2, "not a number: -m1e" + usage},
+        {"--format CTI a.img o 0", 2, "unknown format CTI" + usage},
+        {"--format", 2, "--format needs a value" + usage},
+        {"--palette= a.img o 0", 2, "--palette needs a value" + usage},
+        {"--colour a.img o 0", 2, "unknown option --colour" + usage},
+    };
+    // clang-format on
+    std::filesystem::create_directory("folder.tif");
+    std::filesystem::create_symlink("a.hdr", "link.tif");
+    for (const auto &row : cases) {
+        test::write_file("o.tif", "an older picture");
+        const std::string said = run(row.words);
+        const std::string lacking =
+            "lacking.v: matrix (2,3,1,0,1) not found...\nlacking.v: " + warning;
+        EXPECT_EQ(said, (row.words.find("lacking") == std::string::npos ? "" : lacking) +
+                            "tiffgen-run: " + row.said + "\nstatus " + std::to_string(row.status) +
+                            ": ");
+        EXPECT_EQ(test::read_file("o.tif"), "an older picture") << row.words;
+    }
+    EXPECT_EQ(run("--format CTI6 lacking.v o -1.5e3 -m-2"),
+              "lacking.v: matrix (2,3,1,0,1) not found...\nlacking.v: " + warning + "status 0: ");
+    EXPECT_EQ(test::installed("tiffgen-run --version"),
+              "status 0: tiffgen-run (Velmorant) " VERSION "\n");
+    EXPECT_TRUE(test::installed("tiffgen-run --help").starts_with("status 0: Usage: tiffgen-run "));
+    EXPECT_EQ(test::installed("ls -A | wc -l"), "status 0: 10\n") << "something is left";
+}
+
+TEST(Wrapper, KeepsEveryNameSafe)
+{
+    const std::string deep = std::string(200, 'd') + "/" + std::string(200, 'e');
+    std::filesystem::create_directories(deep);
+    const std::string back = std::filesystem::current_path();
+    test::make_study();
+    const std::string picture = plain_picture("pet", "");
+    // A working directory and names that are too long for the program.
+    std::filesystem::current_path(deep);
+    test::make_study();
+    test::installed(
+        "mkdir c 'my folder'; mv a.img ./-x5.img; mv a.hdr ./-x5.hdr; cp ./-x5.img ./--; "
+        "cp ./-x5.hdr ./--.hdr; cp ./-x5.img 'my folder/s t.img'; cp ./-x5.hdr 'my "
+        "folder/s t.hdr'");
+    const std::string here = std::filesystem::current_path();
+    for (const std::string words :
+         {"--palette pet -x5.img -o 0.0", "--palette pet -- -- -o 0.0",
+          "--palette=pet \"$PWD/-x5.img\" \"$PWD/-o\" 0",
+          "--palette pet 'my folder/s t.img' ./-o 0",
+          "--palette pet 'my folder/s t.img' -o 0.0 -h-x5.img",
+          "-x5.img -o 0 -c" INSTALLED "/share/velmorant/palettes/pet.plt",
+          "--palette " INSTALLED "/share/velmorant/palettes/pet.plt -x5.img -o 0"}) {
+        EXPECT_EQ(test::installed("export TMPDIR=/tmp; tiffgen-run " + words + " >c/said"),
+                  "status 0: ")
+            << words;
+        EXPECT_TRUE(test::read_file("-o.tif") == picture) << words;
+        std::filesystem::remove("-o.tif");
+    }
+    EXPECT_EQ(test::installed("tiffgen-run \"$PWD/none.img\" o 0 >c/said"),
+              "tiffgen-run: " + here + "/none.img: can't open " + here + "/none.hdr\nstatus 1: ");
+    std::filesystem::current_path(back);
+}
+
+TEST(Wrapper, TakesTheUsersOwnPreferences)
+{
+    test::make_study();
+    const std::string gray = plain_picture("rainbow", "-g1 -X1");
+    const std::string viridis = plain_picture("viridis", "-X1");
+    std::filesystem::create_directories("config/velmorant");
+    // Neither is complete, and one lacks the end of its line.
+    test::write_file("config/velmorant/GLOBAL.prf", "File Format:= \"FLOATL\"");
+    test::write_file("config/velmorant/tiffgen.prf",
+                     "number of numcolumns:=1\nGray Scale: 0=color, 1=gray:= 1");
+    const std::string said = test::installed("tiffgen-run a.img o 0.0");
+    EXPECT_EQ(said.find("created"), std::string::npos) << said;
+    EXPECT_TRUE(test::read_file("o.tif") == gray);
+    // An option overrides what the file says, and a file that is named the user's own.
+    test::write_file("my.prf", "Number of NumColumns:= 1\nColor Palette File:= \"viridis.plt\"\n");
+    run("a.img o 0.0 -pmy.prf");
+    EXPECT_TRUE(test::read_file("o.tif") == viridis);
+    run("--palette viridis a.img o 0.0 -g0");
+    EXPECT_TRUE(test::read_file("o.tif") == viridis);
+    test::write_file("config/velmorant/GLOBAL.prf", "File Format:= \"CTI\"\n");
+    EXPECT_EQ(run("a.img o 0.0"),
+              "tiffgen-run: a.img: unspecified or unsupported file format\nstatus 1: ");
+    EXPECT_EQ(run("--format SHORTINT2L a.img o 0.0"), "status 0: ");
+    EXPECT_TRUE(test::read_file("o.tif") == gray);
+    EXPECT_EQ(test::read_file("config/velmorant/GLOBAL.prf"), "File Format:= \"CTI\"\n");
+}
+
+TEST(Wrapper, KeepsTheOlderPictureWhereThereIsNoRoom)
+{
+    test::make_study();
+    test::write_file("o.tif", "an older picture");
+    const test::Files before = test::files_here();
+    // Files of at most 4 KiB, where the picture has 18 KB.
+    EXPECT_EQ(
+        test::installed("ulimit -f 8; exec tiffgen-run a.img o 0.0 -x100 -y20 -X3 -g0 >/dev/null"),
+        "tiffgen-run: a.img: o.tif could not be written: there is no directory\n"
+        "status 1: ");
+    EXPECT_EQ(test::files_here(), before);
+    test::installed("chmod 555 .");
+    EXPECT_EQ(test::installed("as=; test $(id -u) != 0 || as='setpriv --reuid=65534 --regid=65534 "
+                              "--clear-groups'; TMPDIR=/tmp; $as tiffgen-run a.img o 0.0"),
+              "tiffgen-run: can't write o.tif: no file can be made there\nstatus 1: ");
+    EXPECT_EQ(test::installed("as=; test $(id -u) != 0 || as='setpriv --reuid=65534 --regid=65534 "
+                              "--clear-groups'; $as tiffgen-run a.img o 0.0 2>/dev/null"),
+              "status 1: ");
+    test::installed("chmod 755 .");
+    EXPECT_EQ(test::files_here(), before);
+}
+
+// Whatever fails, in whichever of the programs that it calls: a picture is whole, or not there.
+TEST(Wrapper, LeavesAWholePictureOrTheOlderOne)
+{
+    test::make_study();
+    const std::vector<std::string> words{"tiffgen-run", "a.img", "o", "0.0"};
+    setenv("TMPDIR", std::filesystem::current_path().c_str(), 1);
+    test::run_program(INSTALLED "/bin/tiffgen-run", words);
+    const test::Files clean = test::files_here();
+    test::Files before = clean;
+    before["o.tif"] = "an older picture";
+    int failed = 0;
+    for (const std::string fault : {"open error", "read error", "read short", "write error",
+                                    "write short", "seek error", "close error"}) {
+        failed += test::run_with_faults(
+            fault, INSTALLED "/bin/tiffgen-run", words, before,
+            [&](const test::Outcome &outcome, bool) {
+                if (outcome.status == 0 && outcome.out.empty()) {
+                    return; // the shell could read nothing of the wrapper, and did nothing
+                }
+                EXPECT_TRUE(outcome.status == 0 || outcome.status == 1 || outcome.status == 2);
+                EXPECT_EQ(test::files_here(), outcome.status == 0 ? clean : before);
+            });
+    }
+    EXPECT_GT(failed, 30);
+    unsetenv("TMPDIR");
+}
+
+// A study whose data never come, so that a run of it waits.
+static const std::string Waiting = "mkfifo w.img; cp a.hdr w.hdr; ";
+
+TEST(Wrapper, CleansUpWhenItIsInterrupted)
+{
+    test::make_study();
+    test::installed(Waiting + "echo older >o.tif");
+    for (const auto &[signal, status] :
+         {std::pair{"HUP", "129"}, {"INT", "130"}, {"TERM", "143"}}) {
+        EXPECT_EQ(test::installed(std::string("timeout --preserve-status -s ") + signal +
+                                  " 0.3 tiffgen-run w.img o 0.0; echo $?; ls -A; cat o.tif"),
+                  std::string("status 0: ") + status +
+                      "\na.hdr\na.img\no.tif\nw.hdr\nw.img\nolder\n");
+    }
+}
+
+TEST(Wrapper, SaysThatTheProgramWasEndedByASignal)
+{
+    test::make_study();
+    // Tells the program by what it is called.
+    EXPECT_EQ(test::installed(Waiting + "tiffgen-run w.img o 0.0 & sleep 0.3; "
+                                        "read child </proc/$!/task/$!/children; kill -KILL $child; "
+                                        "wait $!; echo $?; ls -A"),
+              "tiffgen-run: w.img: ended by signal 9\nstatus 0: 137\na.hdr\na.img\nw.hdr\nw.img\n");
+}
+
+TEST(Wrapper, RunsManyTimesAtOnce)
+{
+    test::make_study();
+    const std::string picture = plain_picture("rainbow", "");
+    // Half of them make the same picture.
+    EXPECT_EQ(
+        test::installed("for i in 0 1 2 3 4 5 6 7; do for o in o o$i; do (tiffgen-run a.img $o 0.0 "
+                        ">/dev/null; echo $?) & done; done; wait; ls -A | tr '\\n' ' '"),
+        "status 0: 0\n0\n0\n0\n0\n0\n0\n0\n0\n0\n0\n0\n0\n0\n0\n0\na.hdr a.img o.tif o0.tif o1.tif "
+        "o2.tif o3.tif o4.tif o5.tif o6.tif o7.tif ");
+    EXPECT_TRUE(test::read_file("o.tif") == picture);
+    EXPECT_TRUE(test::read_file("o7.tif") == picture);
+}
