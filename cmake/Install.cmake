@@ -67,20 +67,21 @@ set(CPACK_INSTALL_PREFIX /usr)
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME velmorant)
 set(CPACK_PACKAGE_VENDOR Velmorant)
-set(CPACK_PACKAGE_CONTACT "The Velmorant developers <velmorant@localhost>")
+set(CPACK_PACKAGE_CONTACT "The Velmorant developers <velmorant@example.org>")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/CompressForDebian.cmake)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "bash-completion, g++, cmake | pkgconf")
-set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "${PROJECT_DESCRIPTION}
- tiffgen lays all slices of one frame and bed of a PET study out as a
- montage, in colour or gray, and writes it as a TIFF file. It reads ECAT 6
- matrix files and raw volumes with a text header. tiffgen-run runs it with
- ordinary manners, for people and batch engines; tiffgen-check proves a
- picture whole and says what a study lacks.
- .
- The image library that reads and writes these formats is included, with
- its headers.")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "pictures of tomographic brain images")
+set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
+    "tiffgen lays all slices of one frame and bed of a PET study out as a
+montage, in colour or gray, and writes it as a TIFF file. It reads ECAT 6
+matrix files and raw volumes with a text header. tiffgen-run runs it with
+ordinary manners, for people and batch engines; tiffgen-check proves a
+picture whole and says what a study lacks.
+.
+The image library that reads and writes these formats is included, with
+its headers.")
 include(CPack)

@@ -1,10 +1,18 @@
 #!/usr/bin/env bash
-# lint.sh: clang-tidy over all sources, shellcheck over all scripts.
+# lint.sh: clang-tidy over all sources, shellcheck over all scripts, and manual pages without a warning.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/packages.sh clang clang-tidy shellcheck libtiff-dev libgtest-dev libbenchmark-dev cmake \
-    ninja-build
-shellcheck scripts/*.sh bench/*.sh bench/peers/*.sh .ci/run
+    ninja-build man-db
+shellcheck scripts/*.sh bench/*.sh bench/peers/*.sh .ci/run companions/completion.bash \
+    companions/tiffgen-run.in
+for page in man/*; do
+    warnings=$(LC_ALL=C.UTF-8 MANWIDTH=80 man --warnings -E UTF-8 -T utf8 -Z -l "$page" 2>&1 >/dev/null)
+    if [ -n "$warnings" ]; then
+        echo "lint.sh: $page: $warnings" >&2
+        exit 1
+    fi
+done
 cmake --preset clang -DVELMORANT_BENCH=ON >/dev/null
 git ls-files -z '*.cpp' | xargs -0 -n 1 -P "$(nproc)" clang-tidy --quiet -p build/clang

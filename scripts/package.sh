@@ -1,0 +1,65 @@
+#!/usr/bin/env bash
+# package.sh [--try]: makes a Debian package, in out/. With --try it is installed, used by an ordinary
+# user from another folder, and removed again, which has to leave nothing.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scripts/packages.sh dpkg-dev file man-db pkg-config
+scripts/build.sh
+mkdir -p out
+rm -f out/*.deb
+cpack --config build/release/CPackConfig.cmake -B build/package >build/package.log
+cp build/package/*.deb out/
+package=$(echo "$PWD"/out/*.deb)
+echo "== The package: $package"
+if [ "${1:-}" != --try ]; then
+    exit 0
+fi
+
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+    as_root=(sudo)
+fi
+as_nobody=(setpriv "--reuid=nobody" "--regid=nogroup" --clear-groups env -i "PATH=/usr/bin:/bin")
+# What the package system itself and its triggers write is not the package's.
+list_files() {
+    find / -xdev \( -path /proc -o -path /sys -o -path /dev -o -path /tmp -o -path /var/lib/dpkg -o \
+        -path /var/cache -o -path /var/log -o -path /var/lib/apt -o -path "$PWD" \) -prune -o -print
+}
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+chmod 755 "$work"
+list_files | sort >"$work/before"
+echo "== Installing it"
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq "$package" >/dev/null
+
+echo "== Using it as an ordinary user"
+mkdir "$work/home"
+build/release/examples/make_phantom SHORTINT2L "$work/home/phantom.img" 64 64 12
+"${as_root[@]}" chown -R nobody "$work/home"
+(
+    cd "$work/home"
+    "${as_root[@]}" "${as_nobody[@]}" sh -euc '
+        tiffgen-check study SHORTINT2L phantom.img | tail -n 1
+        tiffgen-run --palette pet-20-step phantom.img phantom 0.0 -f2 -s1 | tail -n 1
+        tiffgen-check picture phantom.tif 650 128
+        man tiffgen-run >/dev/null
+    '
+    test "$(ls -A)" = "$(printf 'phantom.hdr\nphantom.img\nphantom.tif')"
+)
+
+echo "== Building a program with its library"
+# shellcheck disable=SC2046 # options, several
+g++ -std=c++20 tests/sibling/sibling.cpp -o "$work/sibling" $(pkg-config --cflags --libs velmorant)
+"$work/sibling" SHORTINT2L "$work/home/phantom.img"
+rm "$work/sibling"
+
+echo "== Removing it"
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get purge -y -qq velmorant >/dev/null
+rm -r "${work:?}/home"
+list_files | sort >"$work/after"
+if ! diff "$work/before" "$work/after"; then
+    echo "package.sh: the package left something behind, or took it away" >&2
+    exit 1
+fi
