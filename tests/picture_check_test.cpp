@@ -32,7 +32,7 @@ TEST(PictureCheck, RefusesEveryTruncation)
         EXPECT_EQ(check(picture + '\0'), 1) << options;
         // Pixels are all alike to the checker: a few lengths among them will do.
         for (std::size_t length = 0; length < picture.size(); ++length) {
-            if (length < 20 || length + 600 > picture.size() || length % 100 == 0) {
+            if (length < 20 || length + 320 > picture.size() || length % 100 == 0) {
                 EXPECT_EQ(check(picture.substr(0, length)), 1) << options << ", " << length;
             }
         }
@@ -50,12 +50,9 @@ TEST(PictureCheck, RefusesEveryOtherByteThatIsNoPixel)
             if (place == 8) {
                 place = directory;
             }
-            for (const unsigned change : {0x01U, 0x80U}) {
-                std::string damaged = picture;
-                damaged[place] =
-                    static_cast<char>(static_cast<unsigned char>(damaged[place]) ^ change);
-                EXPECT_EQ(check(damaged), 1) << options << ", byte " << place << " ^ " << change;
-            }
+            std::string damaged = picture;
+            damaged[place] = static_cast<char>(damaged[place] ^ (1 << place % 8));
+            EXPECT_EQ(check(damaged), 1) << options << ", byte " << place;
         }
     }
 }
