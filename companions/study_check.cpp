@@ -8,9 +8,9 @@
 namespace velmorant
 {
 
-bool check_study(const char *keyword, const char *image, std::FILE *report)
+bool check_study(const char *keyword, const char *image, std::FILE *facts, std::FILE *faults)
 {
-    StudyReport study{.keyword = keyword, .image = image, .facts = report};
+    StudyReport study{.keyword = keyword, .image = image, .facts = facts, .faults = faults};
     if (std::string_view(keyword) == "CTI6") {
         check_ecat_study(study);
     } else {

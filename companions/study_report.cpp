@@ -25,7 +25,7 @@ struct ValueRange {
 
 void report_fault(StudyReport &report, const std::string &fault)
 {
-    std::fprintf(stderr, "tiffgen-check: %s: %s\n", report.image, fault.c_str());
+    std::fprintf(report.faults, "tiffgen-check: %s: %s\n", report.image, fault.c_str());
     report.whole = false;
 }
 

@@ -14,10 +14,11 @@ struct StudyReport {
     const char *keyword;
     const char *image;
     std::FILE *facts;  // what the study holds
+    std::FILE *faults; // what is wrong with it
     bool whole = true; // nothing has been found wrong so far
 };
 
-// Says what is wrong with the study, on standard error.
+// Says one thing that is wrong with the study.
 void report_fault(StudyReport &report, const std::string &fault);
 
 // "frame 2, bed 0"

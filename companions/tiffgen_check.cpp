@@ -92,7 +92,7 @@ static int run_study_check(Words words)
         return 1;
     }
     begin_ordinary_run("tiffgen-check: not a whole study: ", words[1]);
-    const bool whole = check_study(words[0], words[1], report);
+    const bool whole = check_study(words[0], words[1], report, stderr);
     if (std::fclose(report) != 0) {
         std::puts("tiffgen-check: can't write the report");
         return 1;

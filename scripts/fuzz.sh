@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 runs=${1:-1000000}
 harnesses=("${@:2}")
 if [ "${#harnesses[@]}" -eq 0 ]; then
-    harnesses=(raw ecat preference palette options formats)
+    harnesses=(raw ecat preference palette options formats check)
 fi
 
 scripts/packages.sh clang libclang-rt-14-dev cmake ninja-build libtiff-dev libgtest-dev

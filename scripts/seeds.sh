@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 scripts/build.sh
 programs=$PWD/build/release
 seeds=$PWD/fuzz/seeds
-mkdir -p "$seeds"/{raw,ecat,preference,palette,options,formats}
+mkdir -p "$seeds"/{raw,ecat,preference,palette,options,formats,check}
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cp "$programs/tiffgen" palettes/rainbow.plt "$work"
@@ -43,6 +43,10 @@ head -c 768 rainbow.plt >"$seeds/palette/rainbow"
 ./tiffgen >/dev/null || true
 sed "s|$work|/home/u|" tiffgen.prf >"$seeds/preference/tiffgen"
 { cat GLOBAL.prf; echo 'color palette file := "p.plt"'; } >"$seeds/preference/both"
+./tiffgen a.img colour 0.0 -X1 -s1 >/dev/null || true
+./tiffgen a.img gray 0.0 -X1 -y31 -g1 >/dev/null || true
+cp colour.tif gray.tif "$seeds/ecat/many" "$seeds/raw/SHORTINT2L" "$seeds/check"
+
 printf '%s' 'phantom.img phantom 0.0 -f4 -s1' >"$seeds/options/demo"
 printf '%s' 'a.img "o u t" 250 -b1 -x100 -y100 -X8 -chot.plt -m50 -g1 -hb.img -pmy.prf -s0' \
     >"$seeds/options/all"

@@ -55,7 +55,7 @@ static std::string complete(const std::string &function, const std::string &word
     return test::installed("bash -c '. " INSTALLED
                            "/share/bash-completion/completions/tiffgen-run; COMP_WORDS=(" +
                            words + "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); " + function +
-                           "; printf \"%s\\n\" \"${COMPREPLY[@]}\" | sort'");
+                           R"(; printf "%s\n" "${COMPREPLY[@]}" | sort')");
 }
 
 TEST(InstalledFiles, CompleteCommandLines)

@@ -138,8 +138,7 @@ TEST(Wrapper, KeepsEveryNameSafe)
     const std::string here = std::filesystem::current_path();
     for (const std::string words :
          {"--palette pet -x5.img -o 0.0", "--palette pet -- -- -o 0.0",
-          "--palette=pet \"$PWD/-x5.img\" \"$PWD/-o\" 0",
-          "--palette pet 'my folder/s t.img' ./-o 0",
+          R"(--palette=pet "$PWD/-x5.img" "$PWD/-o" 0)", "--palette pet 'my folder/s t.img' ./-o 0",
           "--palette pet 'my folder/s t.img' -o 0.0 -h-x5.img",
           "-x5.img -o 0 -c" INSTALLED "/share/velmorant/palettes/pet.plt",
           "--palette " INSTALLED "/share/velmorant/palettes/pet.plt -x5.img -o 0"}) {
