@@ -5,20 +5,37 @@ include(CMakePackageConfigHelpers)
 set(velmorant_datadir ${CMAKE_INSTALL_DATADIR}/velmorant)
 set(velmorant_cmakedir ${CMAKE_INSTALL_LIBDIR}/cmake/Velmorant)
 
+# Complete preference files are what a first run makes.
+add_custom_command(OUTPUT preferences/GLOBAL.prf preferences/tiffgen.prf
+    COMMAND ${CMAKE_COMMAND} -DTIFFGEN=$<TARGET_FILE:tiffgen>
+            -P ${PROJECT_SOURCE_DIR}/cmake/MakePreferences.cmake
+    DEPENDS tiffgen ${PROJECT_SOURCE_DIR}/cmake/MakePreferences.cmake)
+add_custom_target(preferences ALL DEPENDS preferences/GLOBAL.prf preferences/tiffgen.prf)
+
+# What holds paths is known once the prefix is. A prefix that can't be taken is refused here, before
+# anything is installed.
+install(CODE "
+    set(PROJECT_VERSION ${PROJECT_VERSION})
+    set(source ${PROJECT_SOURCE_DIR})
+    set(build ${PROJECT_BINARY_DIR})
+    set(bindir ${CMAKE_INSTALL_BINDIR})
+    set(datadir ${velmorant_datadir})
+    set(completiondir ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+    include(${PROJECT_SOURCE_DIR}/cmake/InstallPaths.cmake)")
+
 install(TARGETS tiffgen tiffgen-check)
+set(velmorant_docdir ${CMAKE_INSTALL_DATAROOTDIR}/doc/velmorant)
 install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
-        DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/velmorant)
-install(FILES ${PROJECT_SOURCE_DIR}/packaging/copyright DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/velmorant)
+              ${PROJECT_SOURCE_DIR}/packaging/copyright
+        DESTINATION ${velmorant_docdir})
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION ${velmorant_docdir})
+install(FILES ${PROJECT_SOURCE_DIR}/examples/convert_image.cpp DESTINATION ${velmorant_docdir}/examples)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/palettes DESTINATION ${velmorant_datadir}
         FILES_MATCHING PATTERN *.plt)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/man/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
         FILES_MATCHING PATTERN *.1)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/man/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man5
         FILES_MATCHING PATTERN *.5)
-foreach(program tiffgen tiffgen-run tiffgen-check)
-    install(FILES ${PROJECT_SOURCE_DIR}/companions/completion.bash RENAME ${program}
-            DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
-endforeach()
 
 # The image library, as the target Velmorant::image and for pkg-config. Headers that only the library's
 # own procedures include stay here.
@@ -40,26 +57,20 @@ write_basic_package_version_file(VelmorantConfigVersion.cmake COMPATIBILITY Same
 install(FILES ${PROJECT_BINARY_DIR}/VelmorantConfig.cmake
               ${PROJECT_BINARY_DIR}/VelmorantConfigVersion.cmake
         DESTINATION ${velmorant_cmakedir})
-file(RELATIVE_PATH velmorant_prefix_from_pkgconfig
-     /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+# Relative to the file itself, unless a folder was configured as an absolute one.
+set(velmorant_pc_prefix ${CMAKE_INSTALL_PREFIX})
+if(NOT IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
+    file(RELATIVE_PATH velmorant_pc_prefix /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+    set(velmorant_pc_prefix "\${pcfiledir}/${velmorant_pc_prefix}")
+endif()
+foreach(dir LIBDIR INCLUDEDIR)
+    set(velmorant_pc_${dir} ${CMAKE_INSTALL_${dir}})
+    if(NOT IS_ABSOLUTE "${CMAKE_INSTALL_${dir}}")
+        set(velmorant_pc_${dir} "\${prefix}/${CMAKE_INSTALL_${dir}}")
+    endif()
+endforeach()
 configure_file(${PROJECT_SOURCE_DIR}/cmake/velmorant.pc.in velmorant.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/velmorant.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
-
-# Complete preference files are what a first run makes.
-add_custom_command(OUTPUT preferences/GLOBAL.prf preferences/tiffgen.prf
-    COMMAND ${CMAKE_COMMAND} -DTIFFGEN=$<TARGET_FILE:tiffgen>
-            -P ${PROJECT_SOURCE_DIR}/cmake/MakePreferences.cmake
-    DEPENDS tiffgen ${PROJECT_SOURCE_DIR}/cmake/MakePreferences.cmake)
-add_custom_target(preferences ALL DEPENDS preferences/GLOBAL.prf preferences/tiffgen.prf)
-
-# What holds paths is known once the prefix is.
-install(CODE "
-    set(PROJECT_VERSION ${PROJECT_VERSION})
-    set(source ${PROJECT_SOURCE_DIR})
-    set(build ${PROJECT_BINARY_DIR})
-    set(bindir ${CMAKE_INSTALL_BINDIR})
-    set(datadir ${velmorant_datadir})
-    include(${PROJECT_SOURCE_DIR}/cmake/InstallPaths.cmake)")
 
 # The package is installed below /usr, whatever this build's prefix, and its paths say so.
 set(CPACK_SET_DESTDIR ON)
@@ -71,6 +82,7 @@ set(CPACK_PACKAGE_CONTACT "The Velmorant developers <velmorant@example.org>")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/CompressForDebian.cmake)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "bash-completion, g++, cmake | pkgconf")

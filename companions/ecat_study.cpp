@@ -1,18 +1,21 @@
 #include "companions/ecat_study.h"
 
+#include "companions/regular_file.h"
 #include "ecat/directory.h"
 #include "ecat/headers.h"
 #include "ecat/matrix_number.h"
+#include "image/decode_pixels.h"
 #include "image/format_dispatch.h"
+#include "image/image_geometry.h"
 #include "prefs/file_handle.h"
 
 #include <array>
 #include <cstddef>
+#include <iterator>
+#include <map>
 #include <optional>
 #include <unordered_map>
 #include <vector>
-
-#include <sys/types.h>
 
 namespace velmorant
 {
@@ -28,11 +31,8 @@ struct EcatStudy {
     ImageMatrix promised;
     std::unordered_map<std::uint32_t, MatDirEntry> matrices; // by number
     std::optional<MatImageSubheader> first; // of the first plane that has a readable one
-};
-
-struct Volume {
-    std::int32_t frame;
-    std::int32_t bed;
+    // The first blocks of the planes that were looked at, each with its last.
+    std::map<std::int64_t, std::int64_t> occupied;
 };
 
 // Frames that follow one another, of one bed.
@@ -43,9 +43,10 @@ struct Frames {
 };
 
 // What can be wrong with a plane, in the order in which it is looked for.
-enum PlaneFault : std::size_t { Missing, Cut, Unlike };
+enum PlaneFault : std::size_t { Missing, Cut, Unlike, Shared };
 constexpr std::array PlaneFaults{" missing", " not wholly in the file",
-                                 " of no size, or of another than the first"};
+                                 " of no size, or of another than the first",
+                                 " in the blocks of others"};
 
 // How many planes of a volume share a fault, and which is the first.
 struct FaultCount {
@@ -58,23 +59,30 @@ using VolumeFaults = std::array<FaultCount, PlaneFaults.size()>;
 } // namespace
 
 // Of matrices with the same number the first counts, as in `mat_lookup`.
-static void read_matrices(EcatStudy &study)
+static void read_matrices(StudyReport &report, EcatStudy &study)
 {
     DirectoryWalk walk(study.file.get());
-    DirectoryBlock block{};
-    while (walk.read_next(block)) {
+    for (DirectoryBlock block{};;) {
+        const std::int32_t next = walk.next_block_number();
+        if (next < FirstDirectoryBlock || next > study.blocks) {
+            report_fault(report, "the directory goes on in block " + std::to_string(next) +
+                                     ", which is not in the file");
+            return;
+        }
+        if (!walk.read_next(block)) {
+            return;
+        }
         for (const MatDirEntry &entry : block.entries) {
             study.matrices.try_emplace(static_cast<std::uint32_t>(entry.matrix_number), entry);
         }
     }
 }
 
-static EcatStudy open_study(const char *image)
+static EcatStudy open_study(StudyReport &report)
 {
     EcatStudy study{};
-    study.file = open_or_report(image, "rb");
-    const off_t end = fseeko(study.file.get(), 0, SEEK_END) == 0 ? ftello(study.file.get()) : 0;
-    study.blocks = end / static_cast<off_t>(BlockBytes);
+    study.file = open_or_report(report.image, "rb");
+    study.blocks = file_size(study.file.get()) / static_cast<std::int64_t>(BlockBytes);
     mat_read_main_header(study.file.get(), study.main_header);
     const MatMainHeader &header = study.main_header;
     study.promised = {.frame = header.num_frames,
@@ -82,18 +90,21 @@ static EcatStudy open_study(const char *image)
                       .gate = header.num_gates == 0 ? 1 : header.num_gates,
                       .data = 1,
                       .bed = header.num_bed_positions + 1};
-    read_matrices(study);
+    read_matrices(report, study);
     return study;
 }
 
 // Whether each plane that the main header promises has a number of its own; says what is wrong.
 static bool check_promise(StudyReport &report, const ImageMatrix &promised)
 {
-    constexpr std::int32_t MostGates = 64;
+    if (promised.gate > 1) {
+        report_fault(report, "it is gated, which tiffgen doesn't show");
+    }
     if (promised.frame < 1 || promised.plane < 1 || promised.gate < 1 || promised.bed < 1) {
         report_fault(report, "the main header promises no planes");
         return false;
     }
+    constexpr std::int32_t MostGates = 64;
     if (!are_distinct(promised.frame, promised.plane, promised.bed - 1) ||
         promised.gate > MostGates) {
         report_fault(report,
@@ -118,28 +129,48 @@ static bool has_size_of(const MatImageSubheader &subheader, const MatImageSubhea
            subheader.y_dimension == first.y_dimension && subheader.pixel_size == first.pixel_size;
 }
 
-static std::optional<PlaneFault> find_fault(EcatStudy &study, const ImageMatrix &plane)
+// False where another plane has one of the blocks.
+static bool occupy(EcatStudy &study, std::int64_t first_block, std::int64_t last_block)
+{
+    const auto next = study.occupied.upper_bound(last_block);
+    if (next != study.occupied.begin() && std::prev(next)->second >= first_block) {
+        return false;
+    }
+    study.occupied.emplace(first_block, last_block);
+    return true;
+}
+
+static const MatDirEntry *find_matrix(const EcatStudy &study, const ImageMatrix &plane)
 {
     const auto found = study.matrices.find(
         mat_numcod(plane.frame, plane.plane, plane.gate, plane.data, plane.bed));
-    if (found == study.matrices.end()) {
+    return found == study.matrices.end() ? nullptr : &found->second;
+}
+
+static std::optional<PlaneFault> find_fault(EcatStudy &study, const ImageMatrix &plane)
+{
+    const MatDirEntry *entry = find_matrix(study, plane);
+    if (entry == nullptr) {
         return Missing;
     }
-    const MatDirEntry &entry = found->second;
-    if (entry.first_block <= FirstDirectoryBlock || entry.first_block > study.blocks) {
+    const std::int64_t first_block = entry->first_block;
+    if (first_block <= FirstDirectoryBlock || first_block > study.blocks) {
         return Cut;
     }
     MatImageSubheader subheader{};
-    mat_read_image_subheader(study.file.get(), entry.first_block, subheader);
+    mat_read_image_subheader(study.file.get(), entry->first_block, subheader);
     if (!study.first) {
         study.first = subheader;
     }
     if (!has_size_of(subheader, *study.first)) {
         return Unlike;
     }
-    const std::int64_t last_block = entry.first_block + data_blocks(subheader);
-    if (last_block > study.blocks || last_block > entry.last_block) {
+    const std::int64_t last_block = first_block + data_blocks(subheader);
+    if (last_block > study.blocks || last_block > entry->last_block) {
         return Cut;
+    }
+    if (!occupy(study, first_block, last_block)) {
+        return Shared;
     }
     return std::nullopt;
 }
@@ -165,16 +196,15 @@ static VolumeFaults find_faults(EcatStudy &study, const Volume &volume)
 static std::string frames_name(const Frames &frames)
 {
     return frames.first == frames.last
-               ? volume_name(frames.first, frames.bed)
+               ? volume_name({frames.first, frames.bed})
                : "frames " + std::to_string(frames.first) + " to " + std::to_string(frames.last) +
                      ", bed " + std::to_string(frames.bed);
 }
 
-// Says what is wrong with the volumes of frames that follow one another. False where nothing is.
-static bool report_faults(StudyReport &report, const EcatStudy &study, const Frames &frames,
+// Says what is wrong with the volumes of frames that follow one another.
+static void report_faults(StudyReport &report, const EcatStudy &study, const Frames &frames,
                           const VolumeFaults &faults)
 {
-    bool found = false;
     for (std::size_t fault = 0; fault < faults.size(); ++fault) {
         const FaultCount &count = faults.at(fault);
         if (count.planes > 0) {
@@ -182,10 +212,8 @@ static bool report_faults(StudyReport &report, const EcatStudy &study, const Fra
                                      " of " + std::to_string(study.promised.plane) + " planes" +
                                      PlaneFaults.at(fault) + ", the first is plane " +
                                      std::to_string(count.first_plane));
-            found = true;
         }
     }
-    return found;
 }
 
 // The volumes in which nothing is wrong, in the program's order. Says what is wrong with the others,
@@ -194,18 +222,21 @@ static std::vector<Volume> find_whole_volumes(StudyReport &report, EcatStudy &st
 {
     std::vector<Volume> whole;
     for (std::int32_t bed = 0; bed < study.promised.bed; ++bed) {
-        for (std::int32_t frame = 1; frame <= study.promised.frame;) {
-            const VolumeFaults faults = find_faults(study, {frame, bed});
-            std::int32_t next = frame + 1;
-            while (next <= study.promised.frame && find_faults(study, {next, bed}) == faults) {
-                ++next;
+        Frames alike{1, 1, bed};
+        VolumeFaults faults = find_faults(study, {1, bed});
+        for (std::int32_t frame = 1; frame <= study.promised.frame; ++frame) {
+            if (faults == VolumeFaults{}) {
+                whole.push_back({frame, bed});
             }
-            if (!report_faults(report, study, {frame, next - 1, bed}, faults)) {
-                for (; frame < next; ++frame) {
-                    whole.push_back({frame, bed});
-                }
+            alike.last = frame;
+            const bool is_last = frame == study.promised.frame;
+            const VolumeFaults next =
+                is_last ? VolumeFaults{} : find_faults(study, {frame + 1, bed});
+            if (is_last || next != faults) {
+                report_faults(report, study, alike, faults);
+                alike.first = frame + 1;
             }
-            frame = next;
+            faults = next;
         }
     }
     return whole;
@@ -228,23 +259,47 @@ static ImageHeader describe_study(const EcatStudy &study)
     return header;
 }
 
+// The values of a whole volume, plane by plane, as the image library reads them.
+static ValueRange measure_volume(const EcatStudy &study, const ImageHeader &header,
+                                 const Volume &volume)
+{
+    ValueRange range;
+    const auto size = static_cast<std::size_t>(checked_plane_size(header));
+    std::vector<std::uint8_t> stored(2 * size);
+    std::vector<float> values(size);
+    for (std::int32_t plane = 1; plane <= header.num_slices; ++plane) {
+        const MatDirEntry *entry = find_matrix(study, {volume.frame, plane, 1, 0, volume.bed});
+        MatImageSubheader subheader{};
+        mat_read_image_subheader(study.file.get(), entry->first_block, subheader);
+        mat_read_matrix_data(study.file.get(), entry->first_block + 1,
+                             static_cast<std::int32_t>(data_blocks(subheader)), stored.data());
+        decode_pixels(StoredType::SignedShort, std::endian::little, stored.data(), values.data(),
+                      size, subheader.scale_factor);
+        range = widen(range, values);
+    }
+    return range;
+}
+
 void check_ecat_study(StudyReport &report)
 {
-    EcatStudy study = open_study(report.image);
-    if (!check_promise(report, study.promised)) {
-        return;
-    }
-    const std::vector<Volume> whole = find_whole_volumes(report, study);
+    EcatStudy study = open_study(report);
+    const bool promised = check_promise(report, study.promised);
+    const std::vector<Volume> whole =
+        promised ? find_whole_volumes(report, study) : std::vector<Volume>{};
     const ImageHeader header = describe_study(study);
     report_geometry(report, header);
     std::fprintf(report.facts, "gates: %d\n", header.num_gates);
-    const std::int32_t unread = study.first ? unread_pixels(header, report.keyword) : 0;
+    if (!promised) {
+        return;
+    }
+    check_image_geometry(header, report.image);
+    const std::int32_t unread = unread_pixels(header, report.keyword);
     if (unread > 0) {
         std::fprintf(report.facts, "pixels at the end of each plane that are read as 0: %d\n",
                      unread);
     }
     for (const Volume &volume : whole) {
-        report_values(report, header, volume.frame, volume.bed);
+        report_range(report, volume, measure_volume(study, header, volume));
     }
 }
 

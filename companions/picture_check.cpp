@@ -63,7 +63,9 @@ static const TiffField &field_of(const TiffFile &file, Tag tag)
 
 static void expect_numbers(const TiffFile &file, Tag tag, const Numbers &expected)
 {
-    if (field_of(file, tag).numbers != expected) {
+    const TiffField &field = field_of(file, tag);
+    const bool is_fraction = tag == XResolution || tag == YResolution;
+    if (field.numbers != expected || (field.type == TiffType::Fraction) != is_fraction) {
         throw FileFault{"tag " + std::to_string(tag) + " is not that of a picture"};
     }
 }

@@ -1,13 +1,14 @@
 #include "companions/raw_study.h"
 
+#include "companions/regular_file.h"
+#include "image/allocate.h"
 #include "image/format_dispatch.h"
 #include "image/image_geometry.h"
 #include "image/stored_type.h"
 #include "prefs/file_handle.h"
 
+#include <algorithm>
 #include <optional>
-
-#include <sys/types.h>
 
 namespace velmorant
 {
@@ -42,8 +43,7 @@ static const char *describe_elements(std::int32_t data_format)
 static std::int64_t data_bytes(const StudyReport &report, const ImageHeader &header)
 {
     const FileHandle file = open_or_report(report.image, "rb");
-    const off_t end = fseeko(file.get(), 0, SEEK_END) == 0 ? ftello(file.get()) : 0;
-    return end - header.data_offset;
+    return file_size(file.get()) - header.data_offset;
 }
 
 static void report_storage(const StudyReport &report, const ImageHeader &header)
@@ -67,9 +67,6 @@ static bool check_header(StudyReport &report, const ImageHeader &header)
     const std::optional<std::string> fault = [&]() -> std::optional<std::string> {
         if (describe_elements(header.data_format) == nullptr) {
             return "unknown data format " + std::to_string(header.data_format);
-        }
-        if (header.byte_order != 0 && header.byte_order != 1) {
-            return "unknown byte order";
         }
         if (header.data_offset < 0) {
             return "the data begin before the file";
@@ -110,7 +107,7 @@ static void check_length(StudyReport &report, const ImageHeader &header, const D
     }
     const auto frame = static_cast<std::int32_t>(data.whole % header.num_frames + 1);
     const auto bed = static_cast<std::int32_t>(data.whole / header.num_frames);
-    report_fault(report, volume_name(frame, bed) + " has " + std::to_string(data.rest) + " of " +
+    report_fault(report, volume_name({frame, bed}) + " has " + std::to_string(data.rest) + " of " +
                              std::to_string(data.volume_bytes) +
                              " bytes; volumes missing after it: " +
                              std::to_string(data.promised - data.whole - 1));
@@ -128,9 +125,14 @@ void check_raw_study(StudyReport &report)
     }
     report_storage(report, header);
     const DataExtent data = measure_data(report, header);
+    const std::size_t size = data.whole == 0 ? 0 : checked_image_size(header);
+    const Block<float> values(allocate_float(static_cast<std::int32_t>(size), "volume"));
     for (std::int64_t volume = 0; volume < data.whole; ++volume) {
-        report_values(report, header, static_cast<std::int32_t>(volume % header.num_frames + 1),
-                      static_cast<std::int32_t>(volume / header.num_frames));
+        const auto frame = static_cast<std::int32_t>(volume % header.num_frames + 1);
+        const auto bed = static_cast<std::int32_t>(volume / header.num_frames);
+        const ImageMatrix selector{.frame = frame, .plane = 1, .gate = 1, .data = 0, .bed = bed};
+        read_image_planes(report.image, values.get(), header, selector, report.keyword);
+        report_range(report, {frame, bed}, widen({}, {values.get(), size}));
     }
     check_length(report, header, data);
 }

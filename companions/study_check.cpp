@@ -2,6 +2,8 @@
 
 #include "companions/ecat_study.h"
 #include "companions/raw_study.h"
+#include "companions/regular_file.h"
+#include "image/format_dispatch.h"
 
 #include <string_view>
 
@@ -11,6 +13,12 @@ namespace velmorant
 bool check_study(const char *keyword, const char *image, std::FILE *facts, std::FILE *faults)
 {
     StudyReport study{.keyword = keyword, .image = image, .facts = facts, .faults = faults};
+    for (const std::string &file : image_files(image, keyword)) {
+        if (is_special(file.c_str())) {
+            report_fault(study, file + " is not a regular file");
+            return false;
+        }
+    }
     if (std::string_view(keyword) == "CTI6") {
         check_ecat_study(study);
     } else {

@@ -1,27 +1,10 @@
 #include "companions/study_report.h"
 
-#include "image/allocate.h"
-#include "image/format_dispatch.h"
-#include "image/image_geometry.h"
-
 #include <algorithm>
 #include <cmath>
-#include <limits>
-#include <span>
 
 namespace velmorant
 {
-
-namespace
-{
-
-struct ValueRange {
-    float smallest;
-    float largest;
-    std::size_t not_numbers;
-};
-
-} // namespace
 
 void report_fault(StudyReport &report, const std::string &fault)
 {
@@ -29,9 +12,9 @@ void report_fault(StudyReport &report, const std::string &fault)
     report.whole = false;
 }
 
-std::string volume_name(std::int32_t frame, std::int32_t bed)
+std::string volume_name(const Volume &volume)
 {
-    return "frame " + std::to_string(frame) + ", bed " + std::to_string(bed);
+    return "frame " + std::to_string(volume.frame) + ", bed " + std::to_string(volume.bed);
 }
 
 void report_geometry(const StudyReport &report, const ImageHeader &header)
@@ -46,10 +29,8 @@ void report_geometry(const StudyReport &report, const ImageHeader &header)
                  header.num_beds);
 }
 
-static ValueRange measure_values(std::span<const float> values)
+ValueRange widen(ValueRange range, std::span<const float> values)
 {
-    constexpr float Infinity = std::numeric_limits<float>::infinity();
-    ValueRange range{.smallest = Infinity, .largest = -Infinity, .not_numbers = 0};
     for (const float value : values) {
         if (std::isnan(value)) {
             ++range.not_numbers;
@@ -61,16 +42,10 @@ static ValueRange measure_values(std::span<const float> values)
     return range;
 }
 
-void report_values(const StudyReport &report, const ImageHeader &header, std::int32_t frame,
-                   std::int32_t bed)
+void report_range(const StudyReport &report, const Volume &volume, const ValueRange &range)
 {
-    const std::size_t size = image_size(header);
-    const Block<float> volume(allocate_float(static_cast<std::int32_t>(size), "volume"));
-    const ImageMatrix selector{.frame = frame, .plane = 1, .gate = 1, .data = 0, .bed = bed};
-    read_image_planes(report.image, volume.get(), header, selector, report.keyword);
-    const ValueRange range = measure_values({volume.get(), size});
-    std::fprintf(report.facts, "%s: ", volume_name(frame, bed).c_str());
-    if (range.not_numbers == size) {
+    std::fprintf(report.facts, "%s: ", volume_name(volume).c_str());
+    if (range.smallest > range.largest) {
         std::fputs("no numbers\n", report.facts);
         return;
     }

@@ -2,8 +2,11 @@
 
 #include "image/image_header.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <limits>
+#include <span>
 #include <string>
 
 namespace velmorant
@@ -21,14 +24,28 @@ struct StudyReport {
 // Says one thing that is wrong with the study.
 void report_fault(StudyReport &report, const std::string &fault);
 
+struct Volume {
+    std::int32_t frame; // from 1
+    std::int32_t bed;   // from 0
+};
+
 // "frame 2, bed 0"
-std::string volume_name(std::int32_t frame, std::int32_t bed);
+std::string volume_name(const Volume &volume);
 
 // Prints format, dimensions, pixel sizes, frames and beds.
 void report_geometry(const StudyReport &report, const ImageHeader &header);
 
-// Reads a volume that is known to be whole, and prints its smallest and its largest number.
-void report_values(const StudyReport &report, const ImageHeader &header, std::int32_t frame,
-                   std::int32_t bed);
+// The smallest and the largest of some values, and how many of them are no numbers, which are neither.
+struct ValueRange {
+    float smallest = std::numeric_limits<float>::infinity();
+    float largest = -std::numeric_limits<float>::infinity();
+    std::size_t not_numbers = 0;
+};
+
+// The range with more values.
+ValueRange widen(ValueRange range, std::span<const float> values);
+
+// Prints the range of a volume's values.
+void report_range(const StudyReport &report, const Volume &volume, const ValueRange &range);
 
 } // namespace velmorant

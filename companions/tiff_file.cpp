@@ -1,5 +1,7 @@
 #include "companions/tiff_file.h"
 
+#include "companions/regular_file.h"
+
 #include <algorithm>
 #include <span>
 
@@ -12,8 +14,6 @@ namespace
 {
 
 using Bytes = std::vector<std::uint8_t>;
-
-enum FieldType : std::uint16_t { Text = 2, Short = 3, Long = 4, Fraction = 5 };
 
 constexpr std::size_t HeaderBytes = 8;
 constexpr std::size_t FieldBytes = 12;
@@ -63,18 +63,17 @@ static Bytes read_extent(OpenTiff &tiff, std::uint64_t begin, std::uint64_t leng
 
 static std::size_t value_bytes(std::uint32_t type, const std::string &name)
 {
-    switch (type) {
-    case Text:
+    switch (static_cast<TiffType>(type)) {
+    case TiffType::Text:
         return 1;
-    case Short:
+    case TiffType::Short:
         return 2;
-    case Long:
+    case TiffType::Long:
         return 4;
-    case Fraction:
+    case TiffType::Fraction:
         return 8;
-    default:
-        throw FileFault{name + " is of type " + std::to_string(type)};
     }
+    throw FileFault{name + " is of type " + std::to_string(type)};
 }
 
 static std::string text_from(const Bytes &values, const std::string &name)
@@ -88,10 +87,12 @@ static std::string text_from(const Bytes &values, const std::string &name)
 static TiffField read_field(OpenTiff &tiff, std::span<const std::uint8_t> entry,
                             std::size_t most_values)
 {
-    TiffField field{
-        .tag = static_cast<std::uint16_t>(number_at(tiff, entry, 0, 2)), .numbers = {}, .text = {}};
-    const std::string name = "field " + std::to_string(field.tag);
     const std::uint32_t type = number_at(tiff, entry, 2, 2);
+    TiffField field{.tag = static_cast<std::uint16_t>(number_at(tiff, entry, 0, 2)),
+                    .type = static_cast<TiffType>(type),
+                    .numbers = {},
+                    .text = {}};
+    const std::string name = "field " + std::to_string(field.tag);
     const std::uint32_t count = number_at(tiff, entry, 4, 4);
     if (count > most_values) {
         throw FileFault{name + " has " + std::to_string(count) + " values"};
@@ -106,11 +107,11 @@ static TiffField read_field(OpenTiff &tiff, std::span<const std::uint8_t> entry,
         throw FileFault{name + " has more bytes than values"};
     }
     values.resize(length);
-    if (type == Text) {
+    if (field.type == TiffType::Text) {
         field.text = text_from(values, name);
         return field;
     }
-    const std::size_t number_bytes = type == Short ? 2 : 4;
+    const std::size_t number_bytes = field.type == TiffType::Short ? 2 : 4;
     for (std::size_t i = 0; i < values.size(); i += number_bytes) {
         field.numbers.push_back(number_at(tiff, values, i, number_bytes));
     }
@@ -139,23 +140,17 @@ static void read_directory(OpenTiff &tiff, std::uint32_t place, std::size_t most
     }
 }
 
-static std::uint64_t file_size(std::FILE *stream)
-{
-    const off_t end = fseeko(stream, 0, SEEK_END) == 0 ? ftello(stream) : -1;
-    if (end < 0) {
-        throw FileFault{"can't be read"};
-    }
-    return static_cast<std::uint64_t>(end);
-}
-
 TiffFile read_tiff_file(const char *path, std::size_t most_fields, std::size_t most_values)
 {
+    if (is_special(path)) {
+        throw FileFault{"not a regular file"};
+    }
     const FileHandle stream(std::fopen(path, "rb"));
     if (!stream) {
         throw FileFault{"can't be opened"};
     }
     OpenTiff tiff{.stream = stream.get(), .byte_order = std::endian::little, .file = {}};
-    tiff.file.size = file_size(tiff.stream);
+    tiff.file.size = static_cast<std::uint64_t>(file_size(tiff.stream));
     const Bytes header = read_extent(tiff, 0, HeaderBytes, "a TIFF file's header");
     const std::string start(header.begin(), header.begin() + 2);
     tiff.byte_order = start == "MM" ? std::endian::big : std::endian::little;

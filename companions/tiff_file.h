@@ -40,8 +40,11 @@ struct Extent {
     std::uint64_t end;
 };
 
+enum class TiffType : std::uint32_t { Text = 2, Short = 3, Long = 4, Fraction = 5 };
+
 struct TiffField {
     std::uint16_t tag;
+    TiffType type;
     std::vector<std::uint32_t> numbers; // of fractions both, one after the other
     std::string text;                   // without its zero
 };
@@ -53,7 +56,7 @@ struct TiffFile {
 };
 
 // Reads the file's one directory. Throws a `FileFault`: where the file can't be read or isn't a TIFF
-// file; where the directory is not in the file, has more than `most_fields` fields, or isn't the only
+// file of its own on a disk; where the directory is not in the file, has more than `most_fields` fields, or isn't the only
 // one; where a field is of another type, has more than `most_values` values, or has them outside the
 // file.
 TiffFile read_tiff_file(const char *path, std::size_t most_fields, std::size_t most_values);

@@ -28,6 +28,11 @@ std::int32_t DirectoryWalk::block_number() const
     return current_block;
 }
 
+std::int32_t DirectoryWalk::next_block_number() const
+{
+    return next_block;
+}
+
 std::int32_t mat_lookup(std::FILE *stream, std::uint32_t matrix_number, MatDirEntry &entry)
 {
     const auto sought = static_cast<std::int32_t>(matrix_number);

@@ -31,6 +31,9 @@ public:
     // The number of the block that was read last.
     std::int32_t block_number() const;
 
+    // The number of the block that `read_next` reads, unless the chain has ended.
+    std::int32_t next_block_number() const;
+
 private:
     std::FILE *stream;
     std::int32_t current_block = 0;

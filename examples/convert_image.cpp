@@ -65,5 +65,5 @@ int main(int argc, char **argv)
     write_image_matrix_multiple(output, study.get(), header, create_format_setting(to), KeepAll,
                                 0.0F);
     read_header(output, header, to); // or it is not converted
-    return succeed();
+    return end_ordinary_run();
 }

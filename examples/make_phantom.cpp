@@ -66,5 +66,5 @@ int main(int argc, char **argv)
     INT_MaxPixelValue = 32700; // what the extreme of an ECAT 6 plane becomes
     write_image_matrix_multiple(image, study.get(), header, create_format_setting(keyword), KeepAll,
                                 0.0F);
-    return succeed();
+    return end_ordinary_run();
 }

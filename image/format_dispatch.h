@@ -27,8 +27,9 @@
 namespace velmorant
 {
 
-// Fills the header from the image's own header, see `read_header_cti6` and `read_header_binary`. The
-// keyword is checked before a file is opened.
+// Fills the header from the image's own header, see `read_header_cti6` and `read_header_binary`. What
+// that doesn't say stays as it was: begin with `create_standard_image_header`. The keyword is checked
+// before a file is opened.
 void read_header(const char *header_name, ImageHeader &header, const char *keyword);
 
 // Fills `buffer` with the selected volume, in the standard orientation and in real units, see

@@ -2,7 +2,6 @@
 
 #include "prefs/process_guard.h"
 
-#include <cstdio>
 #include <cstdlib>
 
 #include <unistd.h>
@@ -12,33 +11,36 @@ namespace velmorant
 
 static const char *Complaint;
 static const char *Image;
-static bool Succeeded;
+static bool Ended;
 
-static void fail_unless_succeeded()
+static void fail_unless_ended()
 {
-    if (!Succeeded) {
+    if (!Ended) {
         std::printf("%s%s\n", Complaint, Image);
         std::fflush(nullptr);
         _exit(EXIT_FAILURE);
     }
 }
 
-void begin_ordinary_run(const char *complaint, const char *image)
+std::FILE *begin_ordinary_run(const char *complaint, const char *image)
 {
-    velmorant::guard_process();
+    guard_process();
     Complaint = complaint;
     Image = image;
-    // Where standard error was closed, what is printed goes nowhere.
+    // Streams that were closed are /dev/null by now.
+    std::FILE *output = fdopen(dup(STDOUT_FILENO), "w");
     dup2(STDERR_FILENO, STDOUT_FILENO);
-    if (std::atexit(fail_unless_succeeded) != 0) {
-        fail_unless_succeeded();
+    if (output == nullptr || std::atexit(fail_unless_ended) != 0) {
+        std::puts("can't allocate memory");
+        fail_unless_ended();
     }
+    return output;
 }
 
-int succeed()
+int end_ordinary_run(int status)
 {
-    Succeeded = true;
-    return EXIT_SUCCESS;
+    Ended = true;
+    return status;
 }
 
 } // namespace velmorant

@@ -5,10 +5,10 @@ cd "$(dirname "$0")/.."
 
 scripts/packages.sh clang clang-tidy shellcheck libtiff-dev libgtest-dev libbenchmark-dev cmake \
     ninja-build man-db
-shellcheck scripts/*.sh bench/*.sh bench/peers/*.sh .ci/run companions/completion.bash \
+shellcheck scripts/*.sh bench/*.sh bench/peers/*.sh .ci/run companions/completion.bash.in \
     companions/tiffgen-run.in
 for page in man/*; do
-    warnings=$(LC_ALL=C.UTF-8 MANWIDTH=80 man --warnings -E UTF-8 -T utf8 -Z -l "$page" 2>&1 >/dev/null)
+    warnings=$(LC_ALL=C.UTF-8 MANWIDTH=80 man --warnings -E UTF-8 -Tutf8 -Z -l "$page" 2>&1 >/dev/null)
     if [ -n "$warnings" ]; then
         echo "lint.sh: $page: $warnings" >&2
         exit 1

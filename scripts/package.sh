@@ -24,7 +24,7 @@ as_nobody=(setpriv "--reuid=nobody" "--regid=nogroup" --clear-groups env -i "PAT
 # What the package system itself and its triggers write is not the package's.
 list_files() {
     find / -xdev \( -path /proc -o -path /sys -o -path /dev -o -path /tmp -o -path /var/lib/dpkg -o \
-        -path /var/cache -o -path /var/log -o -path /var/lib/apt -o -path "$PWD" \) -prune -o -print
+        -path /var/cache -o -path /var/log -o -path /var/lib/apt -o -path /run -o -path "$PWD" \) -prune -o -print
 }
 
 work=$(mktemp -d)

@@ -69,7 +69,9 @@ TEST(InstalledFiles, CompleteCommandLines)
         std::string completed;
     } cases[] = {
         {"_tiffgen", "tiffgen a", "a.hdr\na.img\n"},
-        {"_tiffgen", "tiffgen a.img o 0 -hmy", "-hmy studies\n"},
+        {"_tiffgen", "tiffgen a.img o 0 -hmy", "-hmy\\ studies/\n"},
+        {"_tiffgen", R"(tiffgen a.img o 0 -h\"my)", "-h\"my studies/\n"},
+        {"_tiffgen", "tiffgen a.img o 0 -ha.i", "-ha.img \n"},
         {"_tiffgen", "tiffgen a.img o 0 -s", "-s0\n-s1\n"},
         {"_tiffgen_run", "tiffgen-run --f", "--format\n"},
         {"_tiffgen_run", "tiffgen-run --format SH", "SHORTINT2B\nSHORTINT2L\n"},

@@ -74,6 +74,7 @@ TEST(Wrapper, HasOrdinaryStatuses)
         {"--palette short.plt a.img o 0", 1, "a.img: Incomplete color palette short.plt"},
         {"--palette none a.img o 0", 1,
          "no palette none, neither a file nor one of those in " INSTALLED "/share/velmorant/palettes"},
+        {"a.img o 0 -cnone", 1, "a.img: Can't open color palette none"},
         {"a.img o 0 -pbad.prf", 1, "a.img: can't find a preference string"},
         {"a.img o 0 -pnone.prf", 1, "can't read none.prf"},
         {"a.img none/o 0", 1, "can't write none/" + unwritable},
@@ -92,7 +93,9 @@ TEST(Wrapper, HasOrdinaryStatuses)
         {"'' o 0", 2, "IMAGE has no name" + usage},
         {"a.img o 0 -z1", 2, "unknown option -z1" + usage},
         {"a.img o 0 more", 2, "unknown option more" + usage},
+        {"a.img o 0 --format CTI6", 2, "this has to stand before IMAGE: --format" + usage},
         {"a.img o 0 -f", 2, "not a whole number: -f" + usage},
+        {"a.img o 0 -f4294967298", 2, "not a whole number: -f4294967298" + usage},
         {"a.img o 0 -f1.5", 2, "not a whole number: -f1.5" + usage},
         {"a.img o 0 -m1e", 2, "not a number: -m1e" + usage},
         {"--format CTI a.img o 0", 2, "unknown format CTI" + usage},
@@ -213,7 +216,7 @@ TEST(Wrapper, LeavesAWholePictureOrTheOlderOne)
     test::Files before = clean;
     before["o.tif"] = "an older picture";
     int failed = 0;
-    for (const std::string fault : {"open error", "read error", "write error", "close error"}) {
+    for (const std::string fault : {"open error", "read error", "write error", "write short"}) {
         failed += test::run_with_faults(
             fault, INSTALLED "/bin/tiffgen-run", words, before,
             [&](const test::Outcome &outcome, bool) {
@@ -224,6 +227,7 @@ TEST(Wrapper, LeavesAWholePictureOrTheOlderOne)
                 EXPECT_EQ(test::files_here(), outcome.status == 0 ? clean : before);
             });
     }
+    std::printf("%d operations failed\n", failed);
     EXPECT_GT(failed, 30);
     unsetenv("TMPDIR");
 }
