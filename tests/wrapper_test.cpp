@@ -76,11 +76,11 @@ TEST(Wrapper, HasOrdinaryStatuses)
          "no palette none, neither a file nor one of those in " INSTALLED "/share/velmorant/palettes"},
         {"a.img o 0 -cnone", 1, "a.img: Can't open color palette none"},
         {"a.img o 0 -pbad.prf", 1, "a.img: can't find a preference string"},
-        {"a.img o 0 -pnone.prf", 1, "can't read none.prf"},
-        {"a.img none/o 0", 1, "can't write none/" + unwritable},
-        {"a.img a.img/o 0", 1, "can't write a.img/" + unwritable},
-        {"a.img folder 0", 1, "folder.tif is a folder"},
-        {"a.img link 0", 1, "the output would replace a.hdr"},
+        {"a.img o 0 -pnone.prf", 1, "a.img: can't read none.prf"},
+        {"a.img none/o 0", 1, "a.img: can't write none/" + unwritable},
+        {"a.img a.img/o 0", 1, "a.img: can't write a.img/" + unwritable},
+        {"a.img folder 0", 1, "a.img: folder.tif is a folder"},
+        {"a.img link 0", 1, "a.img: the output would replace a.hdr"},
         {"--format CTI6 none.v o 0", 1, "none.v: can't open none.v"},
         {"--format CTI6 cut.v o 0", 2, "cut.v: fread error in mat_rblk (512 expected, 0 read)..."},
         {"--format=CTI6 lacking.v o 0 -f2 -b1", 2, "lacking.v: matrix (2,3,1,0,1) not found..."},
@@ -173,8 +173,19 @@ TEST(Wrapper, TakesTheUsersOwnPreferences)
     test::write_file("my.prf", "Number of NumColumns:= 1\nColor Palette File:= \"viridis.plt\"\n");
     run("a.img o 0.0 -pmy.prf");
     EXPECT_TRUE(test::read_file("o.tif") == viridis);
+    // Palettes of one's own lie beside the preferences.
+    std::filesystem::copy_file(INSTALLED "/share/velmorant/palettes/viridis.plt",
+                               "config/mine.plt");
+    test::write_file("config/my.prf", "\r\nCOLOR palette file = \":= \"mine.plt\"\r\n");
+    test::write_file("config/out.prf", "color palette file:=\"mine.tif\"");
+    std::filesystem::copy_file("config/mine.plt", "config/mine.tif");
+    run("a.img o 0.0 -X1 -pconfig/my.prf");
+    EXPECT_TRUE(test::read_file("o.tif") == viridis);
     run("--palette viridis a.img o 0.0 -g0");
     EXPECT_TRUE(test::read_file("o.tif") == viridis);
+    EXPECT_EQ(run("a.img config/mine 0 -pconfig/out.prf"),
+              "tiffgen-run: a.img: the output would replace " +
+                  std::filesystem::absolute("config/mine.tif").string() + "\nstatus 1: ");
     test::write_file("config/velmorant/GLOBAL.prf", "File Format:= \"CTI\"\n");
     EXPECT_EQ(run("a.img o 0.0"),
               "tiffgen-run: a.img: unspecified or unsupported file format\nstatus 1: ");
@@ -197,7 +208,7 @@ TEST(Wrapper, KeepsTheOlderPictureWhereThereIsNoRoom)
     test::installed("chmod 555 .");
     EXPECT_EQ(test::installed("as=; test $(id -u) != 0 || as='setpriv --reuid=65534 --regid=65534 "
                               "--clear-groups'; TMPDIR=/tmp; $as tiffgen-run a.img o 0.0"),
-              "tiffgen-run: can't write o.tif: no file can be made there\nstatus 1: ");
+              "tiffgen-run: a.img: can't write o.tif: no file can be made there\nstatus 1: ");
     EXPECT_EQ(test::installed("as=; test $(id -u) != 0 || as='setpriv --reuid=65534 --regid=65534 "
                               "--clear-groups'; $as tiffgen-run a.img o 0.0 2>/dev/null"),
               "status 1: ");
@@ -235,23 +246,33 @@ TEST(Wrapper, LeavesAWholePictureOrTheOlderOne)
 // A study whose data never come, so that a run of it waits.
 static const std::string Waiting = "mkfifo w.img; cp a.hdr w.hdr; ";
 
-TEST(Wrapper, CleansUpWhenItIsInterrupted)
+TEST(Wrapper, CleansUpWheneverItIsInterrupted)
 {
     test::make_study();
     test::installed(Waiting + "echo older >o.tif");
-    for (const auto &[signal, status] :
-         {std::pair{"HUP", "129"}, {"INT", "130"}, {"TERM", "143"}}) {
-        EXPECT_EQ(test::installed(std::string("timeout --preserve-status -s ") + signal +
-                                  " 0.3 tiffgen-run w.img o 0.0; echo $?; ls -A; cat o.tif"),
-                  std::string("status 0: ") + status +
-                      "\na.hdr\na.img\no.tif\nw.hdr\nw.img\nolder\n");
+    const std::string left = "a.hdr\na.img\no.tif\nw.hdr\nw.img\nolder\n";
+    for (const auto &[signal, status] : {std::pair{"HUP", "129"},
+                                         {"INT", "130"},
+                                         {"QUIT", "131"},
+                                         {"USR1", "138"},
+                                         {"TERM", "143"},
+                                         {"XCPU", "152"}}) {
+        // In every part of a run; what is still running has its working directory here.
+        EXPECT_EQ(
+            test::installed(std::string("ulimit -c 0; for after in 0.001 0.003 0.005 0.008 0.01 "
+                                        "0.012 0.015 0.018 0.022 0.03 0.3; do timeout "
+                                        "--preserve-status -s ") +
+                            signal + " $after tiffgen-run w.img o 0.0; test $? = " + status +
+                            " || echo $after; done; ls -A; cat o.tif; "
+                            "ls -l /proc/*/cwd 2>/dev/null | grep -F \"$PWD/tiffgen-run\""),
+            "status 1: " + left)
+            << signal;
     }
 }
 
 TEST(Wrapper, SaysThatTheProgramWasEndedByASignal)
 {
     test::make_study();
-    // Tells the program by what it is called.
     EXPECT_EQ(test::installed(Waiting + "tiffgen-run w.img o 0.0 & sleep 0.3; "
                                         "read child </proc/$!/task/$!/children; kill -KILL $child; "
                                         "wait $!; echo $?; ls -A"),
