@@ -85,9 +85,14 @@ TEST(PictureCheck, SaysWhatIsWrong)
 {
     const std::string picture = make_picture("-X1 -x10 -y30 -g1");
     test::write_file("cut.tif", picture.substr(0, 500));
-    std::string two = picture;
-    two[2] = 43;
-    test::write_file("big.tif", two);
+    std::string changed = picture;
+    changed[2] = 43;
+    test::write_file("big.tif", changed);
+    // Its one strip a byte further on, where there is room before the directory.
+    changed = make_picture("-X3 -x7 -y1 -g1");
+    changed.at(30 + 2 + 5 * 12 + 8) = 9;
+    test::write_file("gap.tif", changed);
+    test::write_file("o.tif", picture);
     test::installed("mkfifo fifo");
     // clang-format off
     const struct {
@@ -99,6 +104,7 @@ TEST(PictureCheck, SaysWhatIsWrong)
         {"picture o.tif 90 10", "tiffgen-check: o.tif: it is 10 x 90 pixels, not 90 x 10\nstatus 1: "},
         {"picture cut.tif", "tiffgen-check: cut.tif: the directory is not in the file\nstatus 1: "},
         {"picture big.tif", "tiffgen-check: big.tif: not a TIFF file\nstatus 1: "},
+        {"picture gap.tif", "tiffgen-check: gap.tif: its parts don't follow one another at byte 9\nstatus 1: "},
         {"picture a.img", "tiffgen-check: a.img: not a TIFF file\nstatus 1: "},
         {"picture none.tif", "tiffgen-check: none.tif: can't be opened\nstatus 1: "},
         {"picture .", "tiffgen-check: .: not a regular file\nstatus 1: "},

@@ -116,6 +116,8 @@ TEST(Wrapper, HasOrdinaryStatuses)
                             ": ");
         EXPECT_EQ(test::read_file("o.tif"), "an older picture") << row.words;
     }
+    EXPECT_EQ(run("a.img o 5 -f2"),
+              "a.img: warning: uniform pixel value in the image matrix...\nstatus 0: ");
     EXPECT_EQ(run("--format CTI6 lacking.v o -1.5e3 -m-2"),
               "lacking.v: matrix (2,3,1,0,1) not found...\nlacking.v: " + warning + "status 0: ");
     EXPECT_EQ(test::installed("tiffgen-run --version"),
@@ -159,13 +161,12 @@ TEST(Wrapper, KeepsEveryNameSafe)
 TEST(Wrapper, TakesTheUsersOwnPreferences)
 {
     test::make_study();
-    const std::string gray = plain_picture("rainbow", "-g1 -X1");
+    const std::string gray = plain_picture("rainbow", "-g1");
     const std::string viridis = plain_picture("viridis", "-X1");
     std::filesystem::create_directories("config/velmorant");
-    // Neither is complete, and one lacks the end of its line.
+    // Neither is complete, and the line of one has no end, which the next key would go on with.
     test::write_file("config/velmorant/GLOBAL.prf", "File Format:= \"FLOATL\"");
-    test::write_file("config/velmorant/tiffgen.prf",
-                     "number of numcolumns:=1\nGray Scale: 0=color, 1=gray:= 1");
+    test::write_file("config/velmorant/tiffgen.prf", "Gray Scale: 0=color, 1=gray:= 1");
     const std::string said = test::installed("tiffgen-run a.img o 0.0");
     EXPECT_EQ(said.find("created"), std::string::npos) << said;
     EXPECT_TRUE(test::read_file("o.tif") == gray);
@@ -181,7 +182,7 @@ TEST(Wrapper, TakesTheUsersOwnPreferences)
     std::filesystem::copy_file("config/mine.plt", "config/mine.tif");
     run("a.img o 0.0 -X1 -pconfig/my.prf");
     EXPECT_TRUE(test::read_file("o.tif") == viridis);
-    run("--palette viridis a.img o 0.0 -g0");
+    run("--palette viridis a.img o 0.0 -g0 -X1");
     EXPECT_TRUE(test::read_file("o.tif") == viridis);
     EXPECT_EQ(run("a.img config/mine 0 -pconfig/out.prf"),
               "tiffgen-run: a.img: the output would replace " +
