@@ -11,7 +11,7 @@ namespace velmorant
 // each that begins with "tiffgen-check: " and the image's name. Returns whether there was nothing of the
 // kind.
 //
-// Only volumes that are whole are read, one at a time, so that the memory goes with the size of the
+// Only volumes that are whole are read, one or one plane at a time, so that the memory goes with the size of the
 // file, whatever its header promises. What keeps the image library from reading a study's header ends
 // the run as the library does.
 bool check_study(const char *keyword, const char *image, std::FILE *facts, std::FILE *faults);

@@ -10,8 +10,8 @@ namespace velmorant
 
 // Guards the process (prefs/process_guard.h). From here on, all that is printed goes to standard error,
 // and the process ends with status 1 and the complaint and the image's name as its last line wherever
-// it ends before `end_ordinary_run`. Both texts have to live as long as the process. Returns a stream to what was
-// standard output, for what the program itself has to say.
+// it ends before `end_ordinary_run`. Both texts have to live as long as the process. Returns a stream to
+// what was standard output, for what the program itself has to say.
 std::FILE *begin_ordinary_run(const char *complaint, const char *image);
 
 // For a run that has come to its end, and has nothing to complain of any more. Returns the status.
