@@ -24,6 +24,9 @@ install(CODE "
     include(${PROJECT_SOURCE_DIR}/cmake/InstallPaths.cmake)")
 
 install(TARGETS tiffgen tiffgen-check)
+if(VELMORANT_NIFTI)
+    install(TARGETS nifti-to-raw)
+endif()
 set(velmorant_docdir ${CMAKE_INSTALL_DATAROOTDIR}/doc/velmorant)
 install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
               ${PROJECT_SOURCE_DIR}/packaging/copyright

@@ -20,7 +20,7 @@ configure_file("${source}/companions/tiffgen-run.in" "${build}/tiffgen-run" @ONL
 file(INSTALL "${build}/tiffgen-run" DESTINATION "${VELMORANT_BINDIR}" TYPE PROGRAM)
 
 configure_file("${source}/companions/completion.bash.in" "${build}/completion.bash" @ONLY)
-foreach(program tiffgen tiffgen-run tiffgen-check)
+foreach(program tiffgen tiffgen-run tiffgen-check nifti-to-raw)
     file(INSTALL "${build}/completion.bash" DESTINATION "${completions}" RENAME ${program})
 endforeach()
 

@@ -1,11 +1,13 @@
 // make_phantom KEYWORD IMAGE [X Y SLICES [FRAMES BEDS]]: writes a made-up PET study in one of the
 // formats of image/format_dispatch.h: CTI6, SHORTINT2B, SHORTINT2L, FLOATB or FLOATL. Little-endian
 // raw files are reversed on every axis, the others in the standard orientation. Without dimensions:
-// 128 x 128 x 40, 4 frames, 2 beds.
+// 128 x 128 x 40, 4 frames, 2 beds. The keyword NIFTI makes a NIfTI image, IMAGE.nii or IMAGE.nii.gz, of the
+// first bed.
 //
 // Ends with status 0; or with 1 after a message on standard error, or 2 after one about its
 // arguments.
 
+#include "examples/nifti_phantom.h"
 #include "examples/phantom.h"
 #include "image/allocate.h"
 #include "image/cutoff.h"
@@ -56,6 +58,13 @@ int main(int argc, char **argv)
     const char *image = argv[2];
     begin_ordinary_run("make_phantom: not made: ", image);
 
+#ifdef VELMORANT_NIFTI
+    if (std::string_view(keyword) == "NIFTI") {
+        const ImageHeader series = phantom::describe(x_dim, y_dim, num_slices, frames, 1);
+        phantom::write_nifti(image, make_study(series, "FLOATL").get(), series);
+        return end_ordinary_run();
+    }
+#endif
     ImageHeader header = phantom::describe(x_dim, y_dim, num_slices, frames, beds);
     if (std::string_view(keyword).ends_with('L')) {
         header.right_on_left = header.anterior_to_posterior = header.superior_to_inferior = 0;

@@ -172,18 +172,23 @@ static std::string value_text(WrittenWord word, const ImageHeader &header, Store
     return "";
 }
 
+void print_text_header(std::FILE *file, const ImageHeader &header, StoredType type, HeaderEnd end)
+{
+    for (const HeaderRow *row : WrittenRows) {
+        const std::string value =
+            std::visit([&](auto source) { return value_text(source, header, type); }, row->value);
+        std::fprintf(file, "%s%s\n", row->written, value.c_str());
+    }
+    std::fputs(end == HeaderEnd::BeforeData ? "!END OF HEADER:=\n" : "!END OF INTERFILE :=\n",
+               file);
+}
+
 void write_text_header(const char *image_name, const ImageHeader &header, StoredType type,
                        HeaderEnd end)
 {
     const std::string name = header_file_name(image_name);
     FileHandle file = open_or_report(name.c_str(), "w");
-    for (const HeaderRow *row : WrittenRows) {
-        const std::string value =
-            std::visit([&](auto source) { return value_text(source, header, type); }, row->value);
-        std::fprintf(file.get(), "%s%s\n", row->written, value.c_str());
-    }
-    std::fputs(end == HeaderEnd::BeforeData ? "!END OF HEADER:=\n" : "!END OF INTERFILE :=\n",
-               file.get());
+    print_text_header(file.get(), header, type, end);
     close_written(std::move(file), name.c_str());
 }
 

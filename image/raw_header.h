@@ -11,6 +11,7 @@
 #include "image/image_header.h"
 #include "image/stored_type.h"
 
+#include <cstdio>
 #include <string>
 
 namespace velmorant
@@ -37,7 +38,11 @@ void read_header_binary(const char *header_name, ImageHeader &header);
 // Ends the run with "unspecified byte order in the header" where byte_order is neither 0 nor 1.
 void check_byte_order(const ImageHeader &header);
 
-// Writes the text header that belongs to `image_name` from the record's own values.
+// Prints a text header from the record's own values. Ends the run as `check_byte_order` does, one line
+// printed.
+void print_text_header(std::FILE *file, const ImageHeader &header, StoredType type, HeaderEnd end);
+
+// Writes the text header that belongs to `image_name`.
 // Ends the run with "can't open " or "can't write " and the header's name, or, one line written, as
 // `check_byte_order` does.
 void write_text_header(const char *image_name, const ImageHeader &header, StoredType type,

@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/packages.sh g++ cmake ninja-build libtiff-dev libgtest-dev libbenchmark-dev
+scripts/packages.sh g++ cmake ninja-build libtiff-dev libnifti2-dev libgtest-dev libbenchmark-dev
 cmake --preset release -DVELMORANT_BENCH=ON >/dev/null
 cmake --build --preset release
 echo "== Timing the stages"

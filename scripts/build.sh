@@ -4,7 +4,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 preset=${1:-release}
 
-scripts/packages.sh g++ cmake ninja-build libtiff-dev libgtest-dev
+scripts/packages.sh g++ cmake ninja-build libtiff-dev libnifti2-dev libgtest-dev
 if [ "$preset" = static ]; then
     scripts/packages.sh pkg-config
 fi

@@ -7,10 +7,10 @@ cd "$(dirname "$0")/.."
 runs=${1:-1000000}
 harnesses=("${@:2}")
 if [ "${#harnesses[@]}" -eq 0 ]; then
-    harnesses=(raw ecat preference palette options formats check)
+    harnesses=(raw ecat preference palette options formats check nifti)
 fi
 
-scripts/packages.sh clang libclang-rt-14-dev cmake ninja-build libtiff-dev libgtest-dev
+scripts/packages.sh clang libclang-rt-14-dev cmake ninja-build libtiff-dev libnifti2-dev libgtest-dev
 echo "== Building (fuzz)"
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz --target "${harnesses[@]/#/fuzz_}"

@@ -3,8 +3,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/packages.sh clang clang-tidy shellcheck libtiff-dev libgtest-dev libbenchmark-dev cmake \
-    ninja-build man-db
+scripts/packages.sh clang clang-tidy shellcheck libtiff-dev libnifti2-dev libgtest-dev \
+    libbenchmark-dev cmake ninja-build man-db
 shellcheck scripts/*.sh bench/*.sh bench/peers/*.sh .ci/run companions/completion.bash.in \
     companions/tiffgen-run.in
 for page in man/*; do

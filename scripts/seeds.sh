@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # seeds.sh: makes the fuzzing harnesses' kept seeds anew, from the example programs, in fuzz/seeds/.
-# What fuzzing found, files named found-WHAT, stays.
+# What fuzzing found, files named found-WHAT, stays, and so does nifti/second, which no program here makes.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/build.sh
 programs=$PWD/build/release
 seeds=$PWD/fuzz/seeds
-mkdir -p "$seeds"/{raw,ecat,preference,palette,options,formats,check}
+mkdir -p "$seeds"/{raw,ecat,preference,palette,options,formats,check,nifti}
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cp "$programs/tiffgen" palettes/rainbow.plt "$work"
@@ -46,6 +46,10 @@ sed "s|$work|/home/u|" tiffgen.prf >"$seeds/preference/tiffgen"
 ./tiffgen a.img colour 0.0 -X1 -s1 >/dev/null || true
 ./tiffgen a.img gray 0.0 -X1 -y31 -g1 >/dev/null || true
 cp colour.tif gray.tif "$seeds/ecat/many" "$seeds/raw/SHORTINT2L" "$seeds/check"
+
+"$programs/examples/make_phantom" NIFTI "$seeds/nifti/series.nii" 5 4 3 2 1
+gzip -n <"$seeds/nifti/series.nii" >"$seeds/nifti/compressed"
+mv "$seeds/nifti/series.nii" "$seeds/nifti/series"
 
 printf '%s' 'phantom.img phantom 0.0 -f4 -s1' >"$seeds/options/demo"
 printf '%s' 'a.img "o u t" 250 -b1 -x100 -y100 -X8 -chot.plt -m50 -g1 -hb.img -pmy.prf -s0' \

@@ -81,6 +81,8 @@ TEST(InstalledFiles, CompleteCommandLines)
         {"_tiffgen_run", "tiffgen-run --palette pet a.i", "a.img\n"},
         {"_tiffgen_check", "tiffgen-check s", "study\n"},
         {"_tiffgen_check", "tiffgen-check study FLOATL my", "my studies\n"},
+        {"_nifti_to_raw", "nifti-to-raw --form = s", "sform\n"},
+        {"_nifti_to_raw", "nifti-to-raw --form qform a.i", "a.img\n"},
     };
     // clang-format on
     for (const auto &row : cases) {

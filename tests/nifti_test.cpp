@@ -1,0 +1,430 @@
+// NIfTI images that become raw ones: where right and left, the values and the frames end up.
+
+#include "image/format_dispatch.h"
+#include "image/image_geometry.h"
+#include "tests/support/installed.h"
+#include "tests/support/nifti_file.h"
+#include "tests/support/test.h"
+
+using namespace velmorant;
+using test::NiftiFile;
+
+using Matrix = std::array<std::array<double, 3>, 3>;
+
+static constexpr Matrix Upright{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
+
+// The 48 ways in which axes can be ordered and run. Columns: where a step along each stored axis leads.
+static std::vector<Matrix> all_orientations()
+{
+    std::vector<Matrix> all;
+    std::array<std::size_t, 3> lines{0, 1, 2};
+    do {
+        for (unsigned flips = 0; flips < 8; ++flips) {
+            Matrix matrix{};
+            for (std::size_t axis = 0; axis < 3; ++axis) {
+                matrix.at(lines.at(axis)).at(axis) = (flips >> axis & 1U) != 0 ? -1 : 1;
+            }
+            all.push_back(matrix);
+        }
+    } while (std::ranges::next_permutation(lines).found);
+    return all;
+}
+
+// A head of 4 x 3 x 2 mm, no two of whose cubic millimetres are alike: 100 towards right, 10 towards
+// anterior, 1 towards superior.
+static constexpr std::array<std::int64_t, 3> Extent{4, 3, 2};
+
+static std::int64_t value_at(const std::array<std::int64_t, 3> &place)
+{
+    return 100 * place[0] + 10 * place[1] + place[2];
+}
+
+// The head as somebody stores it.
+static NiftiFile store_head(const Matrix &matrix)
+{
+    std::vector<std::int64_t> size(3);
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        for (std::size_t line = 0; line < 3; ++line) {
+            size[axis] += matrix.at(line).at(axis) != 0 ? Extent.at(line) : 0;
+        }
+    }
+    std::vector<std::int64_t> values;
+    for (std::int64_t k = 0; k < size[2]; ++k) {
+        for (std::int64_t j = 0; j < size[1]; ++j) {
+            for (std::int64_t i = 0; i < size[0]; ++i) {
+                const std::array<std::int64_t, 3> step{i, j, k};
+                std::array<std::int64_t, 3> place{};
+                for (std::size_t line = 0; line < 3; ++line) {
+                    for (std::size_t axis = 0; axis < 3; ++axis) {
+                        const double way = matrix.at(line).at(axis);
+                        place.at(line) += way > 0   ? step.at(axis)
+                                          : way < 0 ? Extent.at(line) - 1 - step.at(axis)
+                                                    : 0;
+                    }
+                }
+                values.push_back(value_at(place));
+            }
+        }
+    }
+    return {.size = size,
+            .datatype = 4,
+            .sform_code = 1,
+            .sform = matrix,
+            .data = test::stored_integers(values, 2, false)};
+}
+
+// A volume of o.img, in the standard orientation.
+static std::vector<float> read_volume(std::int32_t frame = 1)
+{
+    ImageHeader header{};
+    read_header("o.img", header, "SHORTINT2L");
+    std::vector<float> pixels(image_size(header));
+    const ImageMatrix selector{.frame = frame, .plane = 1, .gate = 1, .data = 0, .bed = 0};
+    read_image_planes("o.img", pixels.data(), header, selector, "SHORTINT2L");
+    return pixels;
+}
+
+// Right is on the left, anterior at the top, superior first.
+static std::vector<float> standard_head()
+{
+    std::vector<float> pixels;
+    for (std::int64_t z = Extent[2] - 1; z >= 0; --z) {
+        for (std::int64_t y = Extent[1] - 1; y >= 0; --y) {
+            for (std::int64_t x = Extent[0] - 1; x >= 0; --x) {
+                pixels.push_back(static_cast<float>(value_at({x, y, z})));
+            }
+        }
+    }
+    return pixels;
+}
+
+static std::string convert(const NiftiFile &file, const std::string &options = "")
+{
+    test::write_file("i.nii", test::nifti_bytes(file));
+    return test::installed("nifti-to-raw " + options + " i.nii o.img");
+}
+
+static double determinant(const Matrix &m)
+{
+    return m[0][0] * (m[1][1] * m[2][2] - m[1][2] * m[2][1]) -
+           m[0][1] * (m[1][0] * m[2][2] - m[1][2] * m[2][0]) +
+           m[0][2] * (m[1][0] * m[2][1] - m[1][1] * m[2][0]);
+}
+
+// States the orientation as a quaternion: the unit vector along which a turn by 180 degrees and another
+// turn make it, as every quaternion of a turn is found from the largest of its four squares.
+static void state_as_qform(NiftiFile &file, Matrix m)
+{
+    file.spacing[0] = determinant(m);
+    for (auto &row : m) {
+        row[2] *= file.spacing[0];
+    }
+    const std::array<double, 4> squares{
+        1 + m[0][0] + m[1][1] + m[2][2], 1 + m[0][0] - m[1][1] - m[2][2],
+        1 - m[0][0] + m[1][1] - m[2][2], 1 - m[0][0] - m[1][1] + m[2][2]};
+    const double x = m[2][1] - m[1][2];
+    const double y = m[0][2] - m[2][0];
+    const double z = m[1][0] - m[0][1];
+    const double xy = m[0][1] + m[1][0];
+    const double xz = m[0][2] + m[2][0];
+    const double yz = m[1][2] + m[2][1];
+    const std::array<std::array<double, 4>, 4> rows{{{squares[0], x, y, z},
+                                                     {x, squares[1], xy, xz},
+                                                     {y, xy, squares[2], yz},
+                                                     {z, xz, yz, squares[3]}}};
+    const auto largest = std::ranges::max_element(squares) - squares.begin();
+    const auto &row = rows.at(static_cast<std::size_t>(largest));
+    const double length = std::hypot(std::hypot(row[0], row[1]), std::hypot(row[2], row[3]));
+    const double sign = row[0] < 0 ? -1 : 1; // the first number is not stored, and not negative
+    file.quaternion = {sign * row[1] / length, sign * row[2] / length, sign * row[3] / length};
+    file.qform_code = 1;
+    file.sform_code = 0;
+}
+
+TEST(NiftiOrientation, RightStaysRightInEveryOrderAndDirectionOfTheAxes)
+{
+    const test::EmptyFolder folder;
+    const std::vector<Matrix> orientations = all_orientations();
+    ASSERT_EQ(orientations.size(), 48);
+    for (const Matrix &matrix : orientations) {
+        NiftiFile file = store_head(matrix);
+        const std::string said = convert(file);
+        ASSERT_TRUE(said.starts_with("status 0: ")) << said;
+        const bool in_order = matrix[0][0] != 0 && matrix[1][1] != 0;
+        EXPECT_EQ(said.find("axes reordered") == std::string::npos, in_order) << said;
+        EXPECT_EQ(read_volume(), standard_head()) << said;
+        state_as_qform(file, matrix);
+        EXPECT_EQ(convert(file), said);
+        EXPECT_EQ(read_volume(), standard_head()) << "qform, " << said;
+    }
+}
+
+TEST(NiftiOrientation, ObliqueAxesGoToTheNearestAndPixelSizesWithTheirAxes)
+{
+    const test::EmptyFolder folder;
+    // 2 x 3 x 4 mm: sagittal slices, nodding by 30 degrees.
+    NiftiFile file = store_head({{{0, 0, -1}, {1, 0, 0}, {0, 1, 0}}});
+    file.sform = {{{0, 0, -4}, {std::sqrt(3.0), -1.5, 0}, {1, 1.5 * std::sqrt(3.0), 0}}};
+    EXPECT_EQ(convert(file),
+              "status 0: i.nii: stored as ASL, its axes reordered for transaxial slices\n"
+              "i.nii: 30.0 degrees oblique, taken along the nearest axes\n"
+              "o.img: 4 x 3 x 2 pixels, 1 frame, signed 16-bit integers\n");
+    EXPECT_EQ(read_volume(), standard_head());
+    ImageHeader header{};
+    read_header("o.img", header, "SHORTINT2L");
+    EXPECT_FLOAT_EQ(header.pixel_size_x, 4.0F);
+    EXPECT_FLOAT_EQ(header.pixel_size_y, 2.0F);
+    EXPECT_FLOAT_EQ(header.slice_thickness, 3.0F);
+    file.units = 1;
+    file.sform = {{{0, 0, -0.004}, {0.002, 0, 0}, {0, 0.003, 0}}};
+    convert(file);
+    read_header("o.img", header, "SHORTINT2L");
+    EXPECT_FLOAT_EQ(header.slice_thickness, 3.0F);
+}
+
+TEST(NiftiOrientation, IsAskedForWhereTheFileDoesNotSayIt)
+{
+    const test::EmptyFolder folder;
+    NiftiFile file = store_head({{{-1, 0, 0}, {0, 1, 0}, {0, 0, 1}}});
+    EXPECT_EQ(convert(file, "--orientation=LAS"),
+              "an orientation of its own in i.nii\nnifti-to-raw: not converted: i.nii\nstatus 1: ");
+    file.qform_code = 1; // which says "RAS"
+    EXPECT_EQ(convert(file), "two orientations in i.nii: say with --form which one counts\n"
+                             "nifti-to-raw: not converted: i.nii\nstatus 1: ");
+    EXPECT_FALSE(std::filesystem::exists("o.img"));
+    convert(file, "--form sform");
+    EXPECT_EQ(read_volume(), standard_head());
+    convert(file, "--form qform");
+    EXPECT_NE(read_volume(), standard_head());
+    file.qform_code = file.sform_code = 0;
+    EXPECT_EQ(convert(file), "no orientation in i.nii: say with --orientation where its axes lead\n"
+                             "nifti-to-raw: not converted: i.nii\nstatus 1: ");
+    file.spacing = {1, 2, 3, 4};
+    convert(file, "--orientation=LAS");
+    EXPECT_EQ(read_volume(), standard_head());
+    ImageHeader header{};
+    read_header("o.img", header, "SHORTINT2L");
+    EXPECT_EQ(header.pixel_size_y, 3.0F);
+    file.sform_code = 1;
+    file.sform = {{{1, 1, 0}, {0, 0, 0}, {0, 0, 1}}};
+    EXPECT_EQ(convert(file),
+              "no usable orientation in i.nii\nnifti-to-raw: not converted: i.nii\nstatus 1: ");
+}
+
+TEST(NiftiFiles, AreReadInEveryVersionByteOrderAndWrapping)
+{
+    const test::EmptyFolder folder;
+    for (const int version : {1, 2}) {
+        for (const bool big : {false, true}) {
+            NiftiFile file = store_head(Upright);
+            file.version = version;
+            file.big = big;
+            if (big) {
+                for (std::size_t i = 0; i < file.data.size(); i += 2) {
+                    std::swap(file.data[i], file.data[i + 1]);
+                }
+            }
+            convert(file);
+            EXPECT_EQ(read_volume(), standard_head());
+            test::installed("gzip -f i.nii; rm o.*; nifti-to-raw i.nii.gz o.img");
+            EXPECT_EQ(read_volume(), standard_head());
+            file.pair = true;
+            test::write_file("p.hdr", test::nifti_bytes(file));
+            test::write_file("p.img", file.data);
+            for (const char *name : {"p.hdr", "p.img"}) {
+                test::installed(std::string("rm o.*; nifti-to-raw o.img ") + name +
+                                " 2>&1; "
+                                "nifti-to-raw " +
+                                name + " o.img");
+                EXPECT_EQ(read_volume(), standard_head());
+            }
+        }
+    }
+}
+
+namespace
+{
+
+struct ValueRow {
+    const char *label;
+    int datatype;
+    double slope;
+    double intercept;
+    std::string data; // four values
+    const char *stored;
+    std::vector<float> values;
+};
+
+} // namespace
+
+static std::string integers(const std::vector<std::int64_t> &values, int bytes)
+{
+    return test::stored_integers(values, bytes, false);
+}
+
+static std::string stored_doubles(const std::vector<double> &values)
+{
+    std::vector<std::int64_t> bits;
+    for (const double value : values) {
+        bits.push_back(std::bit_cast<std::int64_t>(value));
+    }
+    return integers(bits, 8);
+}
+
+TEST(NiftiValues, StayShortWhereThatIsExactAndBecomeFloatsElsewhere)
+{
+    const test::EmptyFolder folder;
+    const char *const shorts = "signed 16-bit integers";
+    const char *const words = "unsigned 16-bit integers";
+    const char *const floats = "floats";
+    const double tenth = static_cast<double>(0.1F);
+    // clang-format off
+    const std::vector<ValueRow> rows{
+        {"bytes",            2, 0, 7,          integers({0, 1, 254, 255}, 1),        shorts, {0, 1, 254, 255}},
+        {"signed bytes",   256, 2, 0,          integers({-128, -1, 1, 127}, 1),      shorts, {-256, -2, 2, 254}},
+        {"a half",           4, 0.5, 0,        integers({-32768, -1, 1, 32767}, 2),  shorts, {-16384, -0.5F, 0.5F, 16383.5F}},
+        {"a tenth",          4, tenth, 0,      integers({1, 3, 7, 32767}, 2),        shorts, {0.1F, 3 * 0.1F, 7 * 0.1F, 32767 * 0.1F}},
+        {"too few decimals", 4, 1e-5, 0,       integers({1, 3, 7, 9}, 2),            floats, {1e-5F, 3e-5F, 7e-5F, 9e-5F}},
+        {"an intercept",     4, 0.5, 16384,    integers({-32768, -1, 1, 32767}, 2),  words,  {0, 16383.5F, 16384.5F, 32767.5F}},
+        {"between steps",    4, 1, 0.5,        integers({0, 1, 2, 3}, 2),            floats, {0.5F, 1.5F, 2.5F, 3.5F}},
+        {"words",          512, 1, 0,          integers({0, 1, 32768, 65535}, 2),    words,  {0, 1, 32768, 65535}},
+        {"turned round",   512, -1, 0,         integers({0, 1, 32768, 65535}, 2),    words,  {0, -1, -32768, -65535}},
+        {"small 32 bits",    8, 1, 0,          integers({-32768, 0, 9, 32767}, 4),   shorts, {-32768, 0, 9, 32767}},
+        {"large 32 bits",    8, 1, 0,          integers({-1, 0, 9, 32768}, 4),       floats, {-1, 0, 9, 32768}},
+        {"all 32 bits",    768, 1, 0,          integers({0, 1, 9, 4294967295}, 4),   floats, {0, 1, 9, 4294967296}},
+        {"far from 0",     768, 1, -4294900000, integers({4294900000, 4294900001, 4294900002, 4294965535}, 4), words, {0, 1, 2, 65535}},
+        {"64 bits",       1024, 1, 0,          integers({-5, 0, 9, 32767}, 8),       shorts, {-5, 0, 9, 32767}},
+        {"all 64 bits",   1280, 1, 0,          integers({0, 1, 9, -1}, 8),           floats, {0, 1, 9, 0x1p64F}},
+        {"floats",          16, 0, 0,          test::stored_floats({1e-30F, -0.1F, 3, 1e30F}, false), floats, {1e-30F, -0.1F, 3, 1e30F}},
+        {"scaled floats",   16, 2, 1,          test::stored_floats({1, 2, 3, 4}, false), floats, {3, 5, 7, 9}},
+        {"doubles",         64, 0, 0,          stored_doubles({0.1, -2.5, 0, 1e300}), floats, {0.1F, -2.5F, 0, test::Infinity}},
+    };
+    // clang-format on
+    for (const ValueRow &row : rows) {
+        const NiftiFile file{.version = 2,
+                             .size = {4},
+                             .datatype = row.datatype,
+                             .slope = row.slope,
+                             .intercept = row.intercept,
+                             .sform_code = 1,
+                             .sform = {{{-1, 0, 0}, {0, -1, 0}, {0, 0, -1}}},
+                             .data = row.data};
+        const std::string said = convert(file);
+        EXPECT_TRUE(said.ends_with(std::string(" frame, ") + row.stored + "\n"))
+            << row.label << said;
+        EXPECT_EQ(read_volume(), row.values) << row.label;
+        EXPECT_EQ(
+            said.starts_with("nifti-to-raw: warning: 1 infinite values or no numbers in i.nii\n"),
+            row.values[3] == test::Infinity)
+            << said;
+    }
+}
+
+TEST(NiftiFrames, FollowOneAnotherAndOneOfThemBecomesThePicture)
+{
+    const test::EmptyFolder folder;
+    NiftiFile file = store_head(Upright);
+    file.size.push_back(3);
+    const std::string head = file.data;
+    std::string other = head;
+    other[0] = 77; // the lowest, hindmost and leftmost pixel
+    file.data = head + other + head;
+    EXPECT_TRUE(
+        convert(file).ends_with("o.img: 4 x 3 x 2 pixels, 3 frames, signed 16-bit integers\n"));
+    std::vector<float> expected = standard_head();
+    EXPECT_EQ(read_volume(3), expected);
+    expected.back() = 77;
+    EXPECT_EQ(read_volume(2), expected);
+    EXPECT_TRUE(
+        test::installed("tiffgen-check study SHORTINT2L o.img && tiffgen-run o.img o 0.0 -f2 && "
+                        "tiffgen-check picture o.tif 40 3")
+            .ends_with("o.tif: whole, 40 x 3 pixels, colour\n"));
+}
+
+TEST(NiftiFiles, ThatAreDamagedAreRefusedAndLeaveNothing)
+{
+    const test::EmptyFolder folder;
+    const std::string no_image = "no NIfTI-1 or NIfTI-2 image: i.nii\n";
+    const std::string too_short = "too short for its header: i.nii\n";
+    const std::string whole = test::nifti_bytes(store_head(Upright));
+    const auto refuse = [](const std::string &bytes, const std::string &reason) {
+        test::write_file("i.nii", bytes);
+        EXPECT_EQ(
+            test::installed("nifti-to-raw i.nii o.img; s=$?; rm -f i.nii i.nii.gz; ls -A; exit $s"),
+            reason + "nifti-to-raw: not converted: i.nii\nstatus 1: ");
+    };
+    const auto altered = [&](const auto &change) {
+        NiftiFile file = store_head(Upright);
+        change(file);
+        return test::nifti_bytes(file);
+    };
+    for (const std::size_t length : {0U, 3U, 100U, 347U}) {
+        refuse(whole.substr(0, length), no_image);
+    }
+    refuse(whole.substr(0, 348), too_short);
+    refuse(whole.substr(0, whole.size() - 1), too_short);
+    refuse(altered([](NiftiFile &file) { file.size = {4, 3, 2, 1000}; }), too_short);
+    refuse(altered([](NiftiFile &file) { file.size = {32767, 32767, 1, 1}; }), too_short);
+    refuse(altered([](NiftiFile &file) {
+               file.size = {32767, 32767, 3, 1};
+           }),
+           "illegal image dimensions in i.nii\n");
+    refuse(altered([](NiftiFile &file) {
+               file.size = {2, 3, 2, 1, 2};
+           }),
+           "more than four dimensions in i.nii\n");
+    refuse(altered([](NiftiFile &file) { file.datatype = 128; }),
+           "can't convert RGB24 values: i.nii\n");
+    refuse(altered([](NiftiFile &file) { file.datatype = 1536; }),
+           "can't convert FLOAT128 values: i.nii\n");
+    refuse("!data offset in bytes :=0\n" + std::string(400, ' '), no_image);
+    // A gzipped file that was cut short, or whose sum is another.
+    NiftiFile large = store_head(Upright);
+    large.size = {128, 128, 3};
+    large.data.resize(98304);
+    test::write_file("g.nii", test::nifti_bytes(large));
+    for (const char *damage : {"head -c -9 g.nii.gz", "head -c -1 g.nii.gz",
+                               "{ head -c -8 g.nii.gz; printf abcd; tail -c 4 g.nii.gz; }"}) {
+        EXPECT_EQ(test::installed("gzip -kf g.nii; " + std::string(damage) +
+                                  " >i.nii.gz; nifti-to-raw i.nii.gz o.img; s=$?; ls -A; exit $s"),
+                  "too short for its header, or damaged: i.nii.gz\n"
+                  "nifti-to-raw: not converted: i.nii.gz\n"
+                  "status 1: g.nii\ng.nii.gz\ni.nii.gz\n")
+            << damage;
+    }
+}
+
+TEST(NiftiRuns, ReplaceNothingButTheOutputAndLeaveNothingHalfMade)
+{
+    const test::EmptyFolder folder;
+    test::write_file("i.nii", test::nifti_bytes(store_head(Upright)));
+    const std::string usage = test::installed("nifti-to-raw --help").substr(10);
+    EXPECT_EQ(test::installed("nifti-to-raw i.nii o"),
+              "nifti-to-raw: OUTPUT needs an extension other than .hdr, as in scan.img\n" + usage +
+                  "status 2: ");
+    const std::string refusals = test::installed(
+        "mkfifo pipe.img; cp i.nii p.hdr; ln i.nii same.img; for pair in 'i.nii i.nii' 'i.nii "
+        "pipe.img' "
+        "'i.nii same.img' 'i.nii no/o.img' 'pipe.img o.img' 'no.nii o.img' 'i.nii p.nii' '--form=x "
+        "i.nii o.img'; "
+        "do nifti-to-raw $pair 2>&1 | head -n 1; done; rm pipe.img same.img p.hdr p.nii; ls -A");
+    EXPECT_EQ(refusals,
+              "status 0: the output would replace i.nii\ncan't open pipe.img\n"
+              "the output would replace i.nii\ncan't open no/o.img\ncan't open pipe.img\n"
+              "can't open no.nii\np.nii: 4 x 3 x 2 pixels, 1 frame, signed 16-bit integers\n"
+              "nifti-to-raw: --form takes sform or qform\ni.nii\n");
+    // An older image stays as it was until the new one is whole: 1 GiB of 0 takes some time.
+    NiftiFile large = store_head(Upright);
+    large.size = {128, 128, 128, 256};
+    test::write_file("l.nii", test::nifti_bytes(large));
+    const std::string ended = test::installed(
+        "truncate -s 1025M l.nii; nifti-to-raw i.nii o.img; cp o.hdr hdr; cp o.img img; "
+        "(ulimit -f 1000; nifti-to-raw l.nii o.img); "
+        "for signal in HUP TERM; do nifti-to-raw l.nii o.img & "
+        "until ls .nifti* >/dev/null; do :; done; kill -$signal $!; wait $!; echo $?; done "
+        "2>/dev/null; "
+        "cmp o.hdr hdr; cmp o.img img; rm hdr img; ls -A");
+    EXPECT_EQ(ended, "can't write o.img\nnifti-to-raw: not converted: l.nii\n"
+                     "status 0: o.img: 4 x 3 x 2 pixels, 1 frame, signed 16-bit integers\n"
+                     "129\n143\ni.nii\nl.nii\no.hdr\no.img\n");
+}
