@@ -73,7 +73,7 @@ TEST(InstalledFiles, CompleteCommandLines)
         {"_tiffgen", R"(tiffgen a.img o 0 -h\"my)", "-h\"my studies/\n"},
         {"_tiffgen", "tiffgen a.img o 0 -ha.i", "-ha.img \n"},
         {"_tiffgen", "tiffgen a.img o 0 -s", "-s0\n-s1\n"},
-        {"_tiffgen_run", "tiffgen-run --f", "--format\n"},
+        {"_tiffgen_run", "tiffgen-run --f", "--form\n--format\n"},
         {"_tiffgen_run", "tiffgen-run --format SH", "SHORTINT2B\nSHORTINT2L\n"},
         {"_tiffgen_run", "tiffgen-run --format = C", "CTI6\n"},
         {"_tiffgen_run", "tiffgen-run --palette vi", "viridis\n"},

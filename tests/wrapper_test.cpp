@@ -51,7 +51,12 @@ TEST(Wrapper, HasOrdinaryStatuses)
     test::write_file("cut.v", cut.substr(0, 17920));
     cut[512 + 16 + 12 * 16 - 16] = 0; // the last plane's number
     test::write_file("lacking.v", cut);
+    test::write_file("less.v", cut);
     test::write_file("h.hdr", "");
+    test::write_file("cut.img", std::string(71, '1'));
+    std::filesystem::copy_file("a.hdr", "cut.hdr");
+    test::write_file("a.nii", "no image");
+    std::filesystem::create_symlink("a.nii", "nifti.tif");
     test::write_file("short.plt", std::string(100, 'p'));
     test::write_file("bad.prf", "Color Palette File = none\n");
     const std::string unwritable = "o.tif: no file can be made there";
@@ -77,6 +82,14 @@ TEST(Wrapper, HasOrdinaryStatuses)
         {"a.img o 0 -cnone", 1, "a.img: Can't open color palette none"},
         {"a.img o 0 -pbad.prf", 1, "a.img: can't find a preference string"},
         {"a.img o 0 -pnone.prf", 1, "a.img: can't read none.prf"},
+        {"--format FLOATB --check-study a.img o 0 -f2", 1, "a.img: there is no frame 2"},
+        {"--format FLOATB --check-study a.img o 0 -b1", 1, "a.img: there is no bed 1"},
+        {"--format FLOATB --check-study cut.img o 0", 1, "cut.img: frame 1, bed 0 has 71 of 72 bytes; volumes missing after it: 0"},
+        {"--format CTI6 --check-study less.v o 0", 1,
+         "less.v: frame 2, bed 1: 1 of 3 planes missing, the first is plane 3"},
+        {"--format NIFTI a.img o 0", 1, "a.img: no NIfTI-1 or NIfTI-2 image: a.img"},
+        {"--format NIFTI none.nii o 0", 1, "none.nii: can't open none.nii"},
+        {"--format NIFTI a.nii nifti 0", 1, "a.nii: the output would replace a.nii"},
         {"a.img none/o 0", 1, "a.img: can't write none/" + unwritable},
         {"a.img a.img/o 0", 1, "a.img: can't write a.img/" + unwritable},
         {"a.img folder 0", 1, "a.img: folder.tif is a folder"},
@@ -100,6 +113,7 @@ TEST(Wrapper, HasOrdinaryStatuses)
         {"a.img o 0 -m1e", 2, "not a number: -m1e" + usage},
         {"--format CTI a.img o 0", 2, "unknown format CTI" + usage},
         {"--format", 2, "--format needs a value" + usage},
+        {"--check-study a.img o 0", 2, "--check-study needs --format" + usage},
         {"--palette= a.img o 0", 2, "--palette needs a value" + usage},
         {"--colour a.img o 0", 2, "unknown option --colour" + usage},
     };
@@ -123,7 +137,7 @@ TEST(Wrapper, HasOrdinaryStatuses)
     EXPECT_EQ(test::installed("tiffgen-run --version"),
               "status 0: tiffgen-run (Velmorant) " VERSION "\n");
     EXPECT_TRUE(test::installed("tiffgen-run --help").starts_with("status 0: Usage: tiffgen-run "));
-    EXPECT_EQ(test::installed("ls -A | wc -l"), "status 0: 10\n") << "something is left";
+    EXPECT_EQ(test::installed("ls -A | wc -l"), "status 0: 15\n") << "something is left";
 }
 
 TEST(Wrapper, KeepsEveryNameSafe)
