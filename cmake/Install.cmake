@@ -32,6 +32,7 @@ install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
               ${PROJECT_SOURCE_DIR}/packaging/copyright
         DESTINATION ${velmorant_docdir})
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION ${velmorant_docdir})
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/recipes DESTINATION ${velmorant_docdir} USE_SOURCE_PERMISSIONS)
 install(FILES ${PROJECT_SOURCE_DIR}/examples/convert_image.cpp DESTINATION ${velmorant_docdir}/examples)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/palettes DESTINATION ${velmorant_datadir}
         FILES_MATCHING PATTERN *.plt)

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <limits>
 
 #include <nifti2_io.h>
@@ -26,6 +27,15 @@ struct FreeImage {
 };
 using LibraryImage = std::unique_ptr<nifti_image, FreeImage>;
 
+struct FreeMemory {
+    void operator()(void *memory) const
+    {
+        std::free(memory);
+    }
+};
+template <class Kind>
+using LibraryMemory = std::unique_ptr<Kind, FreeMemory>;
+
 struct TypeRow {
     int datatype; // as the format numbers it
     NiftiType type;
@@ -44,15 +54,44 @@ static constexpr std::array TypeRows{
 // The most that a byte of gzipped data can stand for.
 static constexpr std::int64_t GreatestCompression = 1032;
 
-static LibraryImage read_with_library(const char *path)
+// What the library makes of a header of either version. It trusts the number of dimensions with its
+// own memory, and is asked only where that number is one.
+template <class Header>
+static LibraryImage convert_header(const Header *header, const char *name,
+                                   nifti_image *(*convert)(Header, const char *))
+{
+    const bool sound = header != nullptr && header->dim[0] >= 1 && header->dim[0] <= 7;
+    return LibraryImage(sound ? convert(*header, name) : nullptr);
+}
+
+// Swapped: whether the header, which is in the byte order of the host by now, and so the data are in the
+// other one.
+static LibraryImage read_header_of(const char *name, bool &swapped)
+{
+    int version = 0;
+    const LibraryMemory<void> any(nifti_read_header(name, &version, 0));
+    int other_order = 0;
+    LibraryImage read;
+    if (any != nullptr && version == 1) {
+        const LibraryMemory<nifti_1_header> header(nifti_read_n1_hdr(name, &other_order, 0));
+        read = convert_header(header.get(), name, nifti_convert_n1hdr2nim);
+    } else if (any != nullptr && version == 2) {
+        const LibraryMemory<nifti_2_header> header(nifti_read_n2_hdr(name, &other_order, 0));
+        read = convert_header(header.get(), name, nifti_convert_n2hdr2nim);
+    }
+    swapped = other_order != 0;
+    return read;
+}
+
+static LibraryImage read_with_library(const char *path, bool &swapped)
 {
     if (is_special(path)) {
         print_error_message(2, "can't open ", path);
     }
     open_or_report(path, "rb");
     nifti_set_debug_level(0);
-    LibraryImage read(nifti_image_read(path, 0));
-    // The library reads older formats and a text form as well, which state no orientation or no data.
+    const LibraryMemory<char> name(nifti_findhdrname(path));
+    LibraryImage read(name == nullptr ? nullptr : read_header_of(name.get(), swapped));
     const bool known =
         read != nullptr &&
         (read->nifti_type == NIFTI_FTYPE_NIFTI1_1 || read->nifti_type == NIFTI_FTYPE_NIFTI1_2 ||
@@ -151,13 +190,14 @@ static void check_file_size(const NiftiImage &image)
 
 NiftiImage read_nifti_header(const char *path)
 {
-    const LibraryImage read = read_with_library(path);
+    bool swapped = false;
+    const LibraryImage read = read_with_library(path, swapped);
     const TypeRow &type = find_type(*read, path);
     NiftiImage image{};
     image.data_path = read->iname;
     image.data_offset = read->iname_offset;
     image.compressed = nifti_is_gzfile(read->iname) != 0;
-    image.swapped_bytes = read->byteorder == nifti_short_order() ? 0 : read->swapsize;
+    image.swapped_bytes = swapped ? read->swapsize : 0;
     image.type = type.type;
     image.value_bytes = type.bytes;
     take_dimensions(*read, path, image);

@@ -48,6 +48,17 @@ static Value load_value(std::span<const std::uint8_t> values, std::size_t index)
     return value;
 }
 
+// In 64 bits; what has no room there is the largest number that has.
+template <std::integral Value>
+static std::int64_t held_value(Value value)
+{
+    if constexpr (std::same_as<Value, std::uint64_t>) {
+        constexpr std::uint64_t most = std::numeric_limits<std::int64_t>::max();
+        return static_cast<std::int64_t>(std::min(value, most));
+    }
+    return static_cast<std::int64_t>(value);
+}
+
 // Beyond the range of single precision: an infinity.
 static float narrow(double value)
 {
@@ -151,13 +162,8 @@ IntegerRange widen(IntegerRange range, NiftiType type, std::span<const std::uint
 {
     return with_type(type, [&]<class Value>(Value /*zero*/) {
         if constexpr (std::integral<Value>) {
-            constexpr std::uint64_t most = std::numeric_limits<std::int64_t>::max();
             for (std::size_t i = 0; i < values.size() / sizeof(Value); ++i) {
-                const Value value = load_value<Value>(values, i);
-                const auto held = std::unsigned_integral<Value>
-                                      ? static_cast<std::int64_t>(std::min<std::uint64_t>(
-                                            static_cast<std::uint64_t>(value), most))
-                                      : static_cast<std::int64_t>(value);
+                const std::int64_t held = held_value(load_value<Value>(values, i));
                 range.smallest = std::min(range.smallest, held);
                 range.largest = std::max(range.largest, held);
             }
@@ -192,8 +198,8 @@ void to_shorts(const NiftiImage &image, std::int64_t shift, std::span<const std:
     with_type(image.type, [&]<class Value>(Value /*zero*/) {
         if constexpr (std::integral<Value>) {
             for (std::size_t i = 0; i < raw.size(); ++i) {
-                const auto value = static_cast<std::uint64_t>(load_value<Value>(values, i));
-                raw[i] = static_cast<std::uint16_t>(value + added);
+                const std::int64_t value = held_value(load_value<Value>(values, i));
+                raw[i] = static_cast<std::uint16_t>(static_cast<std::uint64_t>(value) + added);
             }
         }
     });

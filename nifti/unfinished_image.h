@@ -27,7 +27,7 @@ public:
     UnfinishedImage &operator=(const UnfinishedImage &) = delete;
 
     // Where the pixels are to be written.
-    std::FILE *data() const
+    [[nodiscard]] std::FILE *data() const
     {
         return data_file.get();
     }

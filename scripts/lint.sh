@@ -5,7 +5,7 @@ cd "$(dirname "$0")/.."
 
 scripts/packages.sh clang clang-tidy shellcheck libtiff-dev libnifti2-dev libgtest-dev \
     libbenchmark-dev cmake ninja-build man-db
-shellcheck scripts/*.sh bench/*.sh bench/peers/*.sh .ci/run companions/completion.bash.in \
+shellcheck scripts/*.sh recipes/*.sh recipes/missing-pictures bench/*.sh bench/peers/*.sh .ci/run companions/completion.bash.in \
     companions/tiffgen-run.in
 for page in man/*; do
     warnings=$(LC_ALL=C.UTF-8 MANWIDTH=80 man --warnings -E UTF-8 -Tutf8 -Z -l "$page" 2>&1 >/dev/null)
@@ -15,4 +15,6 @@ for page in man/*; do
     fi
 done
 cmake --preset clang -DVELMORANT_BENCH=ON >/dev/null
-git ls-files -z '*.cpp' | xargs -0 -n 1 -P "$(nproc)" clang-tidy --quiet -p build/clang
+tidy=(xargs -0 -n 1 -P "$(nproc)" clang-tidy --quiet -p build/clang)
+git ls-files -z '*.cpp' ':!tests' ':!fuzz' ':!bench' | "${tidy[@]}"
+git ls-files -z 'tests/*.cpp' 'fuzz/*.cpp' 'bench/*.cpp' | "${tidy[@]}" --config-file=tests/.clang-tidy

@@ -265,6 +265,7 @@ static std::string integers(const std::vector<std::int64_t> &values, int bytes)
 static std::string stored_doubles(const std::vector<double> &values)
 {
     std::vector<std::int64_t> bits;
+    bits.reserve(values.size());
     for (const double value : values) {
         bits.push_back(std::bit_cast<std::int64_t>(value));
     }

@@ -32,6 +32,7 @@ public:
     {
         const Place place = places.at(static_cast<std::size_t>(version) - 1);
         std::vector<std::int64_t> words;
+        words.reserve(values.size());
         for (const double value : values) {
             words.push_back(place.kind == Kind::Float
                                 ? std::bit_cast<std::int32_t>(static_cast<float>(value))

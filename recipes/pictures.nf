@@ -1,0 +1,32 @@
+// The pictures of a cohort with Nextflow:
+//
+//   nextflow run pictures.nf --studies studies.tsv --pictures pictures
+//
+// studies: a line for each study, its format, its image and the name of its picture, with tabs between;
+// images with their folders from the root on. pictures: the folder. What is there is not made again; a
+// study that fails is reported, and the others go on.
+
+params.studies = 'studies.tsv'
+params.pictures = 'pictures'
+
+process picture {
+    tag "$name"
+    storeDir params.pictures
+    errorStrategy 'ignore'
+
+    input:
+    tuple val(keyword), val(image), val(name)
+
+    output:
+    path "${name}.tif"
+
+    script:
+    """
+    tiffgen-run --check-study --format '${keyword}' '${image}' '${name}' 0.0 -s1 >/dev/null
+    """
+}
+
+workflow {
+    studies = Channel.fromPath(params.studies).splitCsv(sep: '\t')
+    picture(studies)
+}

@@ -1,0 +1,130 @@
+#!/usr/bin/env bash
+# engines.sh [parallel|snakemake|slurm]...: makes the pictures of a cohort, some of its studies damaged, with
+# the recipe for each engine, all if none is named. Killed in the middle, each has to leave no picture
+# half-made and to go on from there, to report the damaged studies and no others, to make nothing twice, and
+# to make what was mended. All have to make the same pictures. Slurm wants root.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+engines=("$@")
+if [ "${#engines[@]}" -eq 0 ]; then
+    engines=(parallel snakemake slurm)
+fi
+
+scripts/build.sh
+cmake --install build/release --prefix "$PWD/build/recipes" >/dev/null
+export PATH=$PWD/build/recipes/bin:$PATH
+export recipes=$PWD/build/recipes/share/doc/velmorant/recipes
+one_node_slurm=$PWD/scripts/one_node_slurm.sh
+work=$(mktemp -d)
+chmod 755 "$work"
+export studies=$work/studies.tsv
+export SLURM_CONF=$work/cluster/slurm.conf
+trap '[ ! -e "$SLURM_CONF" ] || "$one_node_slurm" stop "$work/cluster"; rm -rf "$work"' EXIT
+scripts/cohort.sh "$work" "$PWD/build/release/examples"
+cp -r "$work/studies" "$work/as-made"
+
+prepare_parallel() {
+    scripts/packages.sh parallel
+}
+prepare_snakemake() {
+    scripts/packages.sh snakemake
+}
+prepare_slurm() {
+    scripts/packages.sh munge slurm-wlm
+    "$one_node_slurm" start "$work/cluster"
+}
+
+# What a user calls, in an empty folder of the engine's own.
+run_parallel() {
+    "$recipes/parallel.sh" "$studies" pictures 2
+}
+run_snakemake() {
+    snakemake --snakefile "$recipes/Snakefile" --unlock --config "studies=$studies" pictures=pictures
+    snakemake --snakefile "$recipes/Snakefile" --cores 2 --keep-going --rerun-incomplete \
+        --config "studies=$studies" pictures=pictures
+}
+run_slurm() {
+    mkdir -p pictures
+    local job
+    job=$(sbatch --parsable --array=1-7 "$recipes/slurm-array.sh" "$studies" pictures 10)
+    while [ -n "$(squeue -h -j "$job")" ]; do # sbatch --wait looks every half minute
+        sleep 0.2
+    done
+    ! grep "ArrayJobId=$job " "${SLURM_CONF%/*}/jobcomp.txt" | grep -q JobState=FAILED
+}
+export -f run_parallel run_snakemake run_slurm
+
+fail() {
+    echo "engines.sh: $*" >&2
+    tail -n 20 log >&2
+    exit 1
+}
+
+pictures() {
+    find pictures -name '[!.]*.tif' 2>/dev/null | sort
+}
+
+# The engine and its jobs are killed at once, as by a failing machine; Slurm's are cancelled.
+kill_in_the_middle() { # ENGINE
+    setsid bash -c "run_$1" >log 2>&1 &
+    until [ "$(pictures | wc -l)" -ge 10 ]; do
+        kill -0 "$!" 2>/dev/null || fail "ended by itself"
+        sleep 0.01
+    done
+    if [ "$1" = slurm ]; then
+        scancel --name=pictures
+    else
+        kill -KILL -- "-$!"
+    fi
+    wait "$!" 2>/dev/null || true
+    sleep 2 # jobs in sessions of their own come to their end
+    local made
+    made=$(pictures | wc -l)
+    [ "$made" -lt 60 ] || fail "was not killed in the middle"
+    pictures | xargs -n 1 tiffgen-check picture >/dev/null || fail "a picture is half-made"
+    echo "   killed after $made pictures, all of them whole"
+}
+
+# What the engine and its jobs said, wherever.
+said() {
+    cat log pictures/*.log pictures-*.log 2>/dev/null || true
+}
+
+run_to_the_end() { # ENGINE FILE; the file names the studies that have to fail
+    rm -f pictures-*.log
+    if "run_$1" >log 2>&1; then
+        fail "ended with status 0 though studies failed"
+    fi
+    { "$recipes/missing-pictures" "$studies" pictures || true; } | cut -f 3 | diff "$2" - || fail "other pictures are missing"
+    said | grep -o '^tiffgen-run: [^:]*' | sed 's/.*\///; s/\..*//' | sort -u | diff "$2" - ||
+        fail "other studies were reported"
+}
+
+when_made() {
+    pictures | xargs stat -c '%n %i %y'
+}
+
+for engine in "${engines[@]}"; do
+    echo "== The recipe for $engine"
+    "prepare_$engine"
+    mkdir "$work/$engine"
+    cd "$work/$engine"
+    kill_in_the_middle "$engine"
+
+    run_to_the_end "$engine" "$work/damaged"
+    when_made >made
+    run_to_the_end "$engine" "$work/damaged"
+    when_made | diff made - || fail "made a picture twice"
+    echo "   went on, reported $(wc -l <"$work/damaged") damaged studies one by one, and made no picture twice"
+
+    cp "$work/whole.img" "$work/studies/study-07.img"
+    grep -vx study-07 "$work/damaged" >still-damaged
+    run_to_the_end "$engine" still-damaged
+    [ "$(when_made | diff made - | grep -c '^>')" -eq 1 ] || fail "made more than what was mended"
+    echo "   made the one that was mended"
+    cp -p "$work/as-made/study-07.img" "$work/studies/"
+
+    pictures | xargs sha256sum >"$work/$engine.sums"
+    cmp "$work/$engine.sums" "$work/${engines[0]}.sums"
+    cd - >/dev/null
+done
