@@ -29,6 +29,7 @@ if(VELMORANT_NIFTI)
 endif()
 set(velmorant_docdir ${CMAKE_INSTALL_DATAROOTDIR}/doc/velmorant)
 install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
+              ${PROJECT_SOURCE_DIR}/CITATION.cff
               ${PROJECT_SOURCE_DIR}/packaging/copyright
         DESTINATION ${velmorant_docdir})
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION ${velmorant_docdir})

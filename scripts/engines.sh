@@ -128,3 +128,8 @@ for engine in "${engines[@]}"; do
     cmp "$work/$engine.sums" "$work/${engines[0]}.sums"
     cd - >/dev/null
 done
+
+echo "== Contact sheets"
+scripts/packages.sh imagemagick libtiff-tools
+"$recipes/contact-sheets.sh" "$work/${engines[0]}/pictures" "$work/sheet"
+ls "$work"/sheet-00[123].png "$work"/sheet-00[123].pdf >/dev/null
