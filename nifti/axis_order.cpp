@@ -4,8 +4,6 @@
 #include <cmath>
 #include <cstdlib>
 
-#include <nifti2_io.h>
-
 namespace velmorant
 {
 
@@ -26,57 +24,71 @@ static double length_of(const Column &column)
     return std::hypot(column[0], column[1], column[2]);
 }
 
-// The volume of the parallelepiped of the axes as of length 1: 1 for right angles, 0 in a plane.
+// The volume of the parallelepiped of the axes as of length 1: 1 or -1 for right angles, 0 in a plane;
+// negative where they are the mirror image of right, anterior and superior.
 static double volume_of_directions(const Affine &a)
 {
     const double determinant = a[0][0] * (a[1][1] * a[2][2] - a[1][2] * a[2][1]) -
                                a[0][1] * (a[1][0] * a[2][2] - a[1][2] * a[2][0]) +
                                a[0][2] * (a[1][0] * a[2][1] - a[1][1] * a[2][0]);
-    return std::fabs(determinant) /
+    return determinant /
            (length_of(column_of(a, 0)) * length_of(column_of(a, 1)) * length_of(column_of(a, 2)));
 }
 
-// The library's code of each stored axis: 1 + 2 * line, and 1 more where it runs as in the standard
-// orientation.
-static std::array<int, 3> nearest_axes(const Affine &affine)
+// The cosine of the angle between a stored axis and a line.
+static double cosine_of(const Affine &affine, std::size_t line, std::size_t axis)
 {
-    nifti_dmat44 matrix{};
-    for (std::size_t row = 0; row < 3; ++row) {
-        std::ranges::copy(affine.at(row), matrix.m[row]);
-    }
-    matrix.m[3][3] = 1.0;
-    std::array<int, 3> codes{};
-    nifti_dmat44_to_orientation(matrix, codes.data(), &codes[1], &codes[2]);
-    return codes;
+    const Column column = column_of(affine, axis);
+    return column.at(line) / length_of(column);
 }
 
-static_assert(NIFTI_L2R == 1 && NIFTI_R2L == 2 && NIFTI_P2A == 3 && NIFTI_A2P == 4 &&
-              NIFTI_I2S == 5 && NIFTI_S2I == 6);
+// Which stored axis goes to each line, so that all together are as near as can be.
+static std::array<std::size_t, 3> nearest_axes(const Affine &affine)
+{
+    std::array<std::size_t, 3> axes{0, 1, 2};
+    std::array<std::size_t, 3> nearest = axes;
+    double nearness = 0.0;
+    do {
+        double sum = 0.0;
+        for (std::size_t line = 0; line < 3; ++line) {
+            sum += std::fabs(cosine_of(affine, line, axes.at(line)));
+        }
+        if (sum > nearness) {
+            nearness = sum;
+            nearest = axes;
+        }
+    } while (std::ranges::next_permutation(axes).found);
+    return nearest;
+}
+
+// Whether axes in this order, all towards right, anterior and superior, are the mirror image of those lines.
+static bool is_mirrored(const std::array<std::size_t, 3> &source)
+{
+    return (source[0] + 1) % 3 != source[1];
+}
 
 std::optional<AxisOrder> find_axis_order(const Affine &affine)
 {
     constexpr double flat = 1e-3;
-    if (!(volume_of_directions(affine) > flat)) { // not a number, with an axis of no length
+    const double volume = volume_of_directions(affine);
+    if (!(std::fabs(volume) > flat)) { // not a number, with an axis of no length
         return std::nullopt;
     }
-    const std::array<int, 3> codes = nearest_axes(affine);
     AxisOrder order{};
-    std::array<bool, 3> taken{};
-    for (std::size_t axis = 0; axis < 3; ++axis) {
-        if (codes.at(axis) < NIFTI_L2R || codes.at(axis) > NIFTI_S2I) {
-            return std::nullopt;
-        }
-        const auto line = static_cast<std::size_t>(codes.at(axis) - 1) / 2;
-        const Column column = column_of(affine, axis);
-        const double length = length_of(column);
-        const double cosine = std::min(std::fabs(column.at(line)) / length, 1.0);
-        order.source.at(line) = axis;
-        order.standard.at(line) = codes.at(axis) % 2 == 0;
-        order.pixel_size.at(line) = length;
-        order.tilt = std::max(order.tilt, std::acos(cosine) * DegreesInRadian);
-        taken.at(line) = true;
+    order.source = nearest_axes(affine);
+    bool mirrored = is_mirrored(order.source);
+    for (std::size_t line = 0; line < 3; ++line) {
+        const std::size_t axis = order.source.at(line);
+        const double cosine = cosine_of(affine, line, axis);
+        const bool reversed = cosine < 0.0;
+        order.standard.at(line) = reversed;
+        order.pixel_size.at(line) = length_of(column_of(affine, axis));
+        order.tilt =
+            std::max(order.tilt, std::acos(std::min(std::fabs(cosine), 1.0)) * DegreesInRadian);
+        mirrored = mirrored != reversed;
     }
-    return std::ranges::count(taken, true) == 3 ? std::optional(order) : std::nullopt;
+    // Axes that are sheared far can lie so that their nearest lines swap right and left.
+    return mirrored == (volume < 0.0) ? std::optional(order) : std::nullopt;
 }
 
 std::string axis_letters(const AxisOrder &order)

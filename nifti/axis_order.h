@@ -24,8 +24,9 @@ struct AxisOrder {
     double tilt;                      // degrees of the stored axis that is farthest from its line
 };
 
-// The nearest axes of an affine, each line taken by one of them. None where the affine's axes don't span
-// a space.
+// The nearest axes of an affine, each line taken by one of them: those whose angles to their lines have the
+// largest sum of cosines. None where the affine's axes don't span a space, or are sheared so far that this
+// would swap right and left.
 std::optional<AxisOrder> find_axis_order(const Affine &affine);
 
 // Where the stored axes lead, as in "RAS": towards right, anterior, superior. `order` as above.

@@ -1,7 +1,7 @@
 #include "nifti/conversion.h"
 
-#include "image/allocate.h"
 #include "image/byte_order.h"
+#include "nifti/nifti_data.h"
 
 #include <algorithm>
 #include <bit>
@@ -101,6 +101,71 @@ static auto stored_word(Raw value)
     return std::endian::native == std::endian::little ? word : swap_bytes(word);
 }
 
+// Puts rows into a raw volume. Where they don't lie along x there, as many are held as make a stretch of
+// it that is worth writing: neighbours along x are apart by a row or by a plane in the stored order.
+template <class Word>
+class RowPlacement
+{
+public:
+    RowPlacement(const NiftiImage &image, const AxisOrder &order)
+        : size{size_along(image, 0), size_along(image, 1), size_along(image, 2)},
+          strides(strides_of(image, order)), along(order.source[0]),
+          rows_apart(along == 2 ? size[1] : 1), volume(size[0] * size[1] * size[2]),
+          slab(along == 0 ? 0 : std::min(Stretch, size.at(along)) * rows_apart * size[0])
+    {
+    }
+
+    void place(std::span<const Word> row, std::size_t y, std::size_t z)
+    {
+        if (along == 0) {
+            std::ranges::copy(row, volume.begin() + offset(y * strides[1] + z * strides[2]));
+            return;
+        }
+        const std::size_t x = along == 1 ? y : z; // in the raw volume
+        const std::size_t other = along == 1 ? 0 : y;
+        const std::size_t held = x % Stretch * rows_apart + other;
+        std::ranges::copy(row, slab.begin() + offset(held * size[0]));
+        const bool last_of_stretch = x % Stretch == Stretch - 1 || x == size.at(along) - 1;
+        if (last_of_stretch && other == rows_apart - 1) {
+            write_slab(x - x % Stretch, x % Stretch + 1, z);
+        }
+    }
+
+    [[nodiscard]] const std::vector<Word> &whole() const
+    {
+        return volume;
+    }
+
+private:
+    static constexpr std::size_t Stretch = 32;
+
+    static auto offset(std::size_t element)
+    {
+        return static_cast<std::ptrdiff_t>(element);
+    }
+
+    void write_slab(std::size_t first_x, std::size_t count, std::size_t z)
+    {
+        for (std::size_t other = 0; other < rows_apart; ++other) {
+            const std::size_t row = along == 1 ? z * strides[2] : other * strides[1];
+            for (std::size_t i = 0; i < size[0]; ++i) {
+                Word *to = volume.data() + row + i * strides[0] + first_x;
+                const Word *from = slab.data() + other * size[0] + i;
+                for (std::size_t x = 0; x < count; ++x) {
+                    to[x] = from[x * rows_apart * size[0]];
+                }
+            }
+        }
+    }
+
+    std::array<std::size_t, 3> size; // along the stored axes
+    std::array<std::size_t, 3> strides;
+    std::size_t along;      // the stored axis that is x in the raw volume
+    std::size_t rows_apart; // neighbours along it
+    std::vector<Word> volume;
+    std::vector<Word> slab;
+};
+
 // Writes all frames as elements of type Raw. convert: called with the bytes of a row and where its raw
 // values go.
 template <class Raw, class Convert>
@@ -108,22 +173,22 @@ static void write_as(const NiftiImage &image, const AxisOrder &order, std::FILE 
                      const Progress &progress, Convert convert)
 {
     using Word = decltype(stored_word(Raw{}));
-    const std::array<std::size_t, 3> strides = strides_of(image, order);
-    const std::size_t pixels = size_along(image, 0) * size_along(image, 1) * size_along(image, 2);
-    std::vector<Word> volume(pixels);
+    RowPlacement<Word> placement(image, order);
     std::vector<Raw> row(size_along(image, 0));
+    std::vector<Word> words(row.size());
     NiftiData data(image);
     for (std::int32_t frame = 1; frame <= image.frames; ++frame) {
         progress("converting", frame);
         read_rows(image, data,
                   [&](std::span<const std::uint8_t> bytes, std::size_t y, std::size_t z) {
                       convert(bytes, std::span<Raw>(row));
-                      Word *place = volume.data() + y * strides[1] + z * strides[2];
-                      for (std::size_t x = 0; x < row.size(); ++x) {
-                          place[x * strides[0]] = stored_word(row[x]);
-                      }
+                      std::ranges::transform(row, words.begin(), stored_word<Raw>);
+                      placement.place(words, y, z);
                   });
-        std::fwrite(volume.data(), sizeof(Word), volume.size(), file);
+        const std::vector<Word> &volume = placement.whole();
+        if (std::fwrite(volume.data(), sizeof(Word), volume.size(), file) != volume.size()) {
+            return; // which whoever closes the file will see
+        }
     }
 }
 

@@ -8,10 +8,12 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <limits>
+#include <memory>
+#include <system_error>
 
 #include <nifti2_io.h>
-#include <zlib.h>
 
 namespace velmorant
 {
@@ -54,52 +56,94 @@ static constexpr std::array TypeRows{
 // The most that a byte of gzipped data can stand for.
 static constexpr std::int64_t GreatestCompression = 1032;
 
-// What the library makes of a header of either version. It trusts the number of dimensions with its
-// own memory, and is asked only where that number is one.
-template <class Header>
-static LibraryImage convert_header(const Header *header, const char *name,
-                                   nifti_image *(*convert)(Header, const char *))
+namespace
 {
-    const bool sound = header != nullptr && header->dim[0] >= 1 && header->dim[0] <= 7;
-    return LibraryImage(sound ? convert(*header, name) : nullptr);
+
+// What the library makes of a header, and what it doesn't say any more then.
+struct ReadHeader {
+    LibraryImage image;
+    bool swapped = false; // the data are in the byte order that the host's is not
+    bool scaling_is_legal = true;
+};
+
+} // namespace
+
+// The library takes an infinite scaling for none. A slope that is no number is used for none as well.
+template <class Header>
+static bool has_legal_scaling(const Header &header)
+{
+    const bool scaled = header.scl_slope != 0 && !std::isnan(header.scl_slope);
+    return !scaled || (std::isfinite(header.scl_slope) && std::isfinite(header.scl_inter));
 }
 
-// Swapped: whether the header, which is in the byte order of the host by now, and so the data are in the
-// other one.
-static LibraryImage read_header_of(const char *name, bool &swapped)
+// header: in the byte order of the host. The library trusts its number of dimensions with its own memory,
+// and is asked only where that number is one.
+template <class Header>
+static void take_header(const Header *header, const char *name,
+                        nifti_image *(*convert)(Header, const char *), ReadHeader &read)
 {
-    int version = 0;
-    const LibraryMemory<void> any(nifti_read_header(name, &version, 0));
-    int other_order = 0;
-    LibraryImage read;
-    if (any != nullptr && version == 1) {
-        const LibraryMemory<nifti_1_header> header(nifti_read_n1_hdr(name, &other_order, 0));
-        read = convert_header(header.get(), name, nifti_convert_n1hdr2nim);
-    } else if (any != nullptr && version == 2) {
-        const LibraryMemory<nifti_2_header> header(nifti_read_n2_hdr(name, &other_order, 0));
-        read = convert_header(header.get(), name, nifti_convert_n2hdr2nim);
+    if (header != nullptr && header->dim[0] >= 1 && header->dim[0] <= 7) {
+        read.image.reset(convert(*header, name));
+        read.scaling_is_legal = has_legal_scaling(*header);
     }
-    swapped = other_order != 0;
+}
+
+static ReadHeader read_header_file(const char *name)
+{
+    ReadHeader read;
+    int version = 0;
+    int swapped = 0;
+    const LibraryMemory<void> any(nifti_read_header(name, &version, 0));
+    if (any != nullptr && version == 1) {
+        const LibraryMemory<nifti_1_header> header(nifti_read_n1_hdr(name, &swapped, 0));
+        take_header(header.get(), name, nifti_convert_n1hdr2nim, read);
+    } else if (any != nullptr && version == 2) {
+        const LibraryMemory<nifti_2_header> header(nifti_read_n2_hdr(name, &swapped, 0));
+        take_header(header.get(), name, nifti_convert_n2hdr2nim, read);
+    }
+    read.swapped = swapped != 0;
     return read;
 }
 
-static LibraryImage read_with_library(const char *path, bool &swapped)
+// A pipe, say, that nobody may ever write to.
+static void check_openable(const char *path)
 {
     if (is_special(path)) {
         print_error_message(2, "can't open ", path);
     }
     open_or_report(path, "rb");
+}
+
+static bool is_nifti(int type)
+{
+    return type == NIFTI_FTYPE_NIFTI1_1 || type == NIFTI_FTYPE_NIFTI1_2 ||
+           type == NIFTI_FTYPE_NIFTI2_1 || type == NIFTI_FTYPE_NIFTI2_2;
+}
+
+static bool are_same_file(const char *a, const char *b)
+{
+    std::error_code not_there;
+    return std::filesystem::equivalent(a, b, not_there);
+}
+
+// Reads the header that belongs to the path, with the library, which looks for it under other names, too.
+static ReadHeader read_with_library(const char *path)
+{
+    check_openable(path);
     nifti_set_debug_level(0);
-    const LibraryMemory<char> name(nifti_findhdrname(path));
-    LibraryImage read(name == nullptr ? nullptr : read_header_of(name.get(), swapped));
-    const bool known =
-        read != nullptr &&
-        (read->nifti_type == NIFTI_FTYPE_NIFTI1_1 || read->nifti_type == NIFTI_FTYPE_NIFTI1_2 ||
-         read->nifti_type == NIFTI_FTYPE_NIFTI2_1 || read->nifti_type == NIFTI_FTYPE_NIFTI2_2);
-    if (!known || read->iname == nullptr || read->iname_offset < 0) {
-        print_error_message(2, "no NIfTI-1 or NIfTI-2 image: ", path);
+    ReadHeader read;
+    if (const LibraryMemory<char> name(nifti_findhdrname(path)); name != nullptr) {
+        check_openable(name.get());
+        read = read_header_file(name.get());
+        const nifti_image *image = read.image.get();
+        if (image != nullptr && is_nifti(image->nifti_type) && image->iname != nullptr &&
+            image->iname_offset >= 0 &&
+            (are_same_file(path, name.get()) || are_same_file(path, image->iname))) {
+            check_openable(image->iname);
+            return read;
+        }
     }
-    return read;
+    print_error_message(2, "no NIfTI-1 or NIfTI-2 image: ", path);
 }
 
 static const TypeRow &find_type(const nifti_image &read, const char *path)
@@ -141,14 +185,11 @@ static void take_dimensions(const nifti_image &read, const char *path, NiftiImag
     }
 }
 
-static void take_scaling(const nifti_image &read, const char *path, NiftiImage &image)
+static void take_scaling(const nifti_image &read, NiftiImage &image)
 {
     const bool scaled = read.scl_slope != 0.0;
     image.slope = scaled ? read.scl_slope : 1.0;
     image.intercept = scaled ? read.scl_inter : 0.0;
-    if (!std::isfinite(image.slope) || !std::isfinite(image.intercept)) {
-        print_error_message(2, "illegal scaling in ", path);
-    }
 }
 
 static double millimetres(int units)
@@ -170,7 +211,7 @@ static Affine take_affine(const nifti_dmat44 &matrix, int units)
     return affine;
 }
 
-static std::int64_t volume_bytes(const NiftiImage &image)
+std::int64_t volume_bytes(const NiftiImage &image)
 {
     return std::int64_t{image.size[0]} * image.size[1] * image.size[2] *
            static_cast<std::int64_t>(image.value_bytes);
@@ -188,89 +229,43 @@ static void check_file_size(const NiftiImage &image)
     }
 }
 
+// The library takes a negative spacing for 1.
+static nifti_dmat44 qform_of(const nifti_image &read)
+{
+    return nifti_quatern_to_dmat44(read.quatern_b, read.quatern_c, read.quatern_d, 0.0, 0.0, 0.0,
+                                   std::fabs(read.dx), std::fabs(read.dy), std::fabs(read.dz),
+                                   read.qfac);
+}
+
 NiftiImage read_nifti_header(const char *path)
 {
-    bool swapped = false;
-    const LibraryImage read = read_with_library(path, swapped);
-    const TypeRow &type = find_type(*read, path);
+    const ReadHeader header = read_with_library(path);
+    const nifti_image &read = *header.image;
+    const TypeRow &type = find_type(read, path);
     NiftiImage image{};
-    image.data_path = read->iname;
-    image.data_offset = read->iname_offset;
-    image.compressed = nifti_is_gzfile(read->iname) != 0;
-    image.swapped_bytes = swapped ? read->swapsize : 0;
+    image.header_path = read.fname;
+    image.data_path = read.iname;
+    image.data_offset = read.iname_offset;
+    image.compressed = nifti_is_gzfile(read.iname) != 0;
+    image.swapped_bytes = header.swapped ? read.swapsize : 0;
     image.type = type.type;
     image.value_bytes = type.bytes;
-    take_dimensions(*read, path, image);
-    take_scaling(*read, path, image);
+    take_dimensions(read, path, image);
+    if (!header.scaling_is_legal) {
+        print_error_message(2, "illegal scaling in ", path);
+    }
+    take_scaling(read, image);
     for (std::size_t axis = 0; axis < 3; ++axis) {
-        image.spacing.at(axis) = std::fabs(read->pixdim[axis + 1]) * millimetres(read->xyz_units);
+        image.spacing.at(axis) = std::fabs(read.pixdim[axis + 1]) * millimetres(read.xyz_units);
     }
-    if (read->sform_code > 0) {
-        image.sform = take_affine(read->sto_xyz, read->xyz_units);
+    if (read.sform_code > 0) {
+        image.sform = take_affine(read.sto_xyz, read.xyz_units);
     }
-    if (read->qform_code > 0) {
-        image.qform = take_affine(read->qto_xyz, read->xyz_units);
+    if (read.qform_code > 0) {
+        image.qform = take_affine(qform_of(read), read.xyz_units);
     }
     check_file_size(image);
     return image;
-}
-
-void NiftiData::Close::operator()(gzFile_s *open_file) const
-{
-    gzclose(open_file);
-}
-
-static void report_damage(const NiftiImage &image)
-{
-    print_error_message(2, "too short for its header, or damaged: ", image.data_path.c_str());
-}
-
-// What isn't compressed is read as it is.
-NiftiData::NiftiData(const NiftiImage &whole)
-    : image(whole), file(gzopen(image.data_path.c_str(), "rb")),
-      unread(volume_bytes(image) * image.frames), buffer(std::size_t{1} << 20U)
-{
-    if (file == nullptr) {
-        print_error_message(2, "can't open ", image.data_path.c_str());
-    }
-    if (gzseek(file.get(), image.data_offset, SEEK_SET) < 0) {
-        report_damage(image);
-    }
-}
-
-// The last time it asks for a byte too many: only then zlib looks at the sum, and tells that the file ends
-// too early.
-void NiftiData::fill()
-{
-    const auto size = static_cast<std::int64_t>(buffer.size());
-    const bool last = unread < size;
-    const std::int64_t wanted = last ? unread + 1 : size / 2;
-    const int count = gzread(file.get(), buffer.data(), static_cast<unsigned>(wanted));
-    int error = Z_OK;
-    gzerror(file.get(), &error);
-    const std::int64_t needed = last ? unread : wanted;
-    if (count < needed || error != Z_OK) {
-        report_damage(image);
-    }
-    held = std::span(buffer).first(static_cast<std::size_t>(needed));
-    unread -= needed;
-}
-
-void NiftiData::read(std::span<std::uint8_t> bytes)
-{
-    for (std::span<std::uint8_t> rest = bytes; !rest.empty();) {
-        if (held.empty()) {
-            fill();
-        }
-        const std::size_t count = std::min(rest.size(), held.size());
-        std::ranges::copy(held.first(count), rest.begin());
-        held = held.subspan(count);
-        rest = rest.subspan(count);
-    }
-    if (image.swapped_bytes > 1) {
-        const auto values = static_cast<std::int64_t>(bytes.size() / image.value_bytes);
-        nifti_swap_Nbytes(values, image.swapped_bytes, bytes.data());
-    }
 }
 
 } // namespace velmorant

@@ -1,20 +1,12 @@
 #pragma once
 
-// A NIfTI-1 or NIfTI-2 image, one file or a pair, gzipped or not, its header as the NIfTI library
-// reads it, and its data, value by value in the order in which they are stored.
-
-#include "prefs/text.h"
+// The header of a NIfTI-1 or NIfTI-2 image, one file or a pair, gzipped or not, as the NIfTI library reads it.
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <optional>
-#include <span>
 #include <string>
-#include <vector>
-
-struct gzFile_s; // zlib's open file
 
 namespace velmorant
 {
@@ -28,7 +20,8 @@ using Affine = std::array<std::array<double, 3>, 3>;
 
 // The header of an image, and where its data are.
 struct NiftiImage {
-    std::string data_path;
+    std::string header_path;
+    std::string data_path;    // the same, where it isn't a pair
     std::int64_t data_offset; // bytes before the first value
     bool compressed;
     int swapped_bytes; // bytes of a value that is stored in the other byte order, or 0
@@ -48,36 +41,13 @@ struct NiftiImage {
 // Lengths in metres and micrometres become millimetres; without a unit they are taken for such. A slope
 // of 0 states no scaling, as the format has it.
 //
-// Ends the run with "can't open " and the path; with "no NIfTI-1 or NIfTI-2 image: " and the path; with
+// Ends the run with "can't open " and the file's name; with "no NIfTI-1 or NIfTI-2 image: " and the path; with
 // "can't convert " and what the values are; with "more than four dimensions in ", "illegal image
-// dimensions in " or "illegal scaling in " and the path; with "too short for its header: " and the data
+// dimensions in " or "illegal scaling in " and the path, the last where it is infinite; with "too short for its header: " and the data
 // file where that can be seen from its size.
 NiftiImage read_nifti_header(const char *path);
 
-// The data of an image, from its first value on.
-class NiftiData
-{
-public:
-    // Ends the run with "can't open " and the data file.
-    explicit NiftiData(const NiftiImage &whole);
-
-    // Reads the next values, in the byte order of the host. Ends the run with "too short for its
-    // header, or damaged: " and the data file; with the last values it is known of all of a compressed
-    // file, whose sum stands behind them.
-    void read(std::span<std::uint8_t> bytes);
-
-private:
-    struct Close {
-        void operator()(gzFile_s *open_file) const;
-    };
-
-    void fill();
-
-    const NiftiImage &image;
-    std::unique_ptr<gzFile_s, Close> file;
-    std::int64_t unread; // bytes that are still in the file
-    std::vector<std::uint8_t> buffer;
-    std::span<const std::uint8_t> held; // what of the buffer is not used yet
-};
+// Of one volume. All frames together have as many as 64 bits can say: more than the file is refused.
+std::int64_t volume_bytes(const NiftiImage &image);
 
 } // namespace velmorant

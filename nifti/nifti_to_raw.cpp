@@ -85,22 +85,33 @@ static AxisOrder choose_axes(const NiftiImage &image, const Request &request)
                                 ": say with --form which one counts");
         }
     }
+    for (const double size : order->pixel_size) {
+        // What a text header can state, in mm with six decimals.
+        if (!(size >= 1e-6 && size <= 1e6)) {
+            print_error_message(2, "illegal pixel size in ", request.input);
+        }
+    }
     return *order;
 }
+
+// Goes to the beginning of the terminal's line, and empties it.
+static constexpr const char *ClearLine = "\r\033[K";
 
 // A line that changes while the frames of a series are read, where somebody may look at it.
 static void show_progress(const char *doing, std::int32_t frame, std::int32_t frames)
 {
-    if (frames > 1 && isatty(STDERR_FILENO) == 1) {
-        std::fprintf(stderr, "\rnifti-to-raw: %s frame %d of %d", doing, frame, frames);
+    static const bool shown = frames > 1 && isatty(STDERR_FILENO) == 1;
+    if (!shown) {
+        return;
     }
-}
-
-static void clear_progress(std::int32_t frames)
-{
-    if (frames > 1 && isatty(STDERR_FILENO) == 1) {
-        std::fputs("\r\033[K", stderr);
+    static bool began = false;
+    if (!began) {
+        // A complaint, the only thing that standard output holds by now, takes the line's place.
+        std::setvbuf(stdout, nullptr, _IOFBF, BUFSIZ);
+        std::fputs(ClearLine, stdout);
+        began = true;
     }
+    std::fprintf(stderr, "%snifti-to-raw: %s frame %d of %d", ClearLine, doing, frame, frames);
 }
 
 static const char *element_name(StoredType type)
@@ -138,7 +149,7 @@ static void convert(const Request &request, std::FILE *report)
     const std::string header_name = header_path(request.output);
     const NiftiImage image = read_nifti_header(request.input);
     check_output(std::vector{request.output, header_name},
-                 std::vector<std::string>{request.input, image.data_path});
+                 std::vector{image.header_path, image.data_path});
     const AxisOrder order = choose_axes(image, request);
     const auto progress = [&](const char *doing, std::int32_t frame) {
         show_progress(doing, frame, image.frames);
@@ -148,7 +159,7 @@ static void convert(const Request &request, std::FILE *report)
     const std::size_t not_finite = write_frames(image, order, storage, output.data(), progress);
     const ImageHeader header = describe_raw(image, order, storage);
     output.finish(header, storage.type);
-    clear_progress(image.frames);
+    std::fflush(stdout); // the end of the line that shows the progress
     if (not_finite > 0) {
         std::fprintf(stderr, "nifti-to-raw: warning: %zu infinite values or no numbers in %s\n",
                      not_finite, request.input);
@@ -187,9 +198,16 @@ int main(int argc, char **argv)
         switch (found) {
         case Form:
             request.form = optarg;
+            if (request.form != "sform" && request.form != "qform") {
+                return refuse_arguments("--form takes sform or qform");
+            }
             break;
         case Orientation:
             request.orientation = optarg;
+            if (!affine_from_letters(request.orientation, {1.0, 1.0, 1.0})) {
+                return refuse_arguments(
+                    "--orientation takes one letter each of RL, AP and SI, as in RAS");
+            }
             break;
         case Help:
             print_usage(stdout);
@@ -201,13 +219,6 @@ int main(int argc, char **argv)
             print_usage(stderr);
             return WrongArguments;
         }
-    }
-    if (!request.form.empty() && request.form != "sform" && request.form != "qform") {
-        return refuse_arguments("--form takes sform or qform");
-    }
-    if (!request.orientation.empty() &&
-        !affine_from_letters(request.orientation, {1.0, 1.0, 1.0})) {
-        return refuse_arguments("--orientation takes one letter each of RL, AP and SI, as in RAS");
     }
     if (argc - optind != 2) {
         return refuse_arguments("takes an image and an output");

@@ -30,9 +30,9 @@ static std::vector<Matrix> all_orientations()
     return all;
 }
 
-// A head of 4 x 3 x 2 mm, no two of whose cubic millimetres are alike: 100 towards right, 10 towards
+// A head of 40 x 3 x 2 mm, no two of whose cubic millimetres are alike: 100 towards right, 10 towards
 // anterior, 1 towards superior.
-static constexpr std::array<std::int64_t, 3> Extent{4, 3, 2};
+static constexpr std::array<std::int64_t, 3> Extent{40, 3, 2};
 
 static std::int64_t value_at(const std::array<std::int64_t, 3> &place)
 {
@@ -168,13 +168,18 @@ TEST(NiftiOrientation, ObliqueAxesGoToTheNearestAndPixelSizesWithTheirAxes)
     EXPECT_EQ(convert(file),
               "status 0: i.nii: stored as ASL, its axes reordered for transaxial slices\n"
               "i.nii: 30.0 degrees oblique, taken along the nearest axes\n"
-              "o.img: 4 x 3 x 2 pixels, 1 frame, signed 16-bit integers\n");
+              "o.img: 40 x 3 x 2 pixels, 1 frame, signed 16-bit integers\n");
     EXPECT_EQ(read_volume(), standard_head());
     ImageHeader header{};
     read_header("o.img", header, "SHORTINT2L");
     EXPECT_FLOAT_EQ(header.pixel_size_x, 4.0F);
     EXPECT_FLOAT_EQ(header.pixel_size_y, 2.0F);
     EXPECT_FLOAT_EQ(header.slice_thickness, 3.0F);
+    // Sheared, each axis still nearest to its own line.
+    NiftiFile sheared = store_head({{{-1, 0, 0}, {0, -1, 0}, {0, 0, -1}}});
+    sheared.sform = {{{-.822, .42, -.077}, {.549, -.824, .213}, {.154, .381, -.974}}};
+    convert(sheared);
+    EXPECT_EQ(read_volume(), standard_head());
     file.units = 1;
     file.sform = {{{0, 0, -0.004}, {0.002, 0, 0}, {0, 0.003, 0}}};
     convert(file);
@@ -231,15 +236,19 @@ TEST(NiftiFiles, AreReadInEveryVersionByteOrderAndWrapping)
             file.pair = true;
             test::write_file("p.hdr", test::nifti_bytes(file));
             test::write_file("p.img", file.data);
-            for (const char *name : {"p.hdr", "p.img"}) {
-                test::installed(std::string("rm o.*; nifti-to-raw o.img ") + name +
-                                " 2>&1; "
-                                "nifti-to-raw " +
-                                name + " o.img");
+            for (const std::string name : {"p.hdr", "p.img"}) {
+                EXPECT_EQ(test::installed("rm o.*; nifti-to-raw " + name + " p.raw"),
+                          "the output would replace p.hdr\nnifti-to-raw: not converted: " + name +
+                              "\nstatus 1: ");
+                test::installed("nifti-to-raw " + name + " o.img");
                 EXPECT_EQ(read_volume(), standard_head());
             }
         }
     }
+    // Values like the first bytes of a gzipped file.
+    test::write_file("p.img", "\x1F\x8B" + std::string(478, '\b'));
+    EXPECT_EQ(test::installed("nifti-to-raw p.img o.img"),
+              "status 0: o.img: 40 x 3 x 2 pixels, 1 frame, signed 16-bit integers\n");
 }
 
 namespace
@@ -331,7 +340,7 @@ TEST(NiftiFrames, FollowOneAnotherAndOneOfThemBecomesThePicture)
     other[0] = 77; // the lowest, hindmost and leftmost pixel
     file.data = head + other + head;
     EXPECT_TRUE(
-        convert(file).ends_with("o.img: 4 x 3 x 2 pixels, 3 frames, signed 16-bit integers\n"));
+        convert(file).ends_with("o.img: 40 x 3 x 2 pixels, 3 frames, signed 16-bit integers\n"));
     std::vector<float> expected = standard_head();
     EXPECT_EQ(read_volume(3), expected);
     expected.back() = 77;
@@ -341,7 +350,17 @@ TEST(NiftiFrames, FollowOneAnotherAndOneOfThemBecomesThePicture)
         "tiffgen-run --format NIFTI --check-study i.nii n 0.0 -f2 >said; rm said; cmp n.tif o.tif; "
         "tiffgen-run --format NIFTI --check-study i.nii n 0.0 -f4; ls -A");
     EXPECT_EQ(said, "tiffgen-run: i.nii: there is no frame 4\nstatus 0: "
-                    "frame 3, bed 0: 0 to 321\ni.nii\nn.tif\no.hdr\no.img\no.tif\n");
+                    "frame 3, bed 0: 0 to 3921\ni.nii\nn.tif\no.hdr\no.img\no.tif\n");
+    // On a terminal, a line that makes room for what is said.
+    const std::string clear = "\r\033[K";
+    EXPECT_EQ(test::installed("script -qec 'nifti-to-raw i.nii o.img' /dev/null"),
+              "status 0: " + clear + "nifti-to-raw: converting frame 1 of 3" + clear +
+                  "nifti-to-raw: converting frame 2 of 3" + clear +
+                  "nifti-to-raw: converting frame 3 of 3" + clear +
+                  "o.img: 40 x 3 x 2 pixels, 3 frames, signed 16-bit integers\r\n");
+    EXPECT_TRUE(
+        test::installed("script -qec 'ulimit -f 0; nifti-to-raw i.nii o.img' /dev/null")
+            .ends_with(clear + "can't write o.img\r\nnifti-to-raw: not converted: i.nii\r\n"));
 }
 
 TEST(NiftiFiles, ThatAreDamagedAreRefusedAndLeaveNothing)
@@ -384,7 +403,7 @@ TEST(NiftiFiles, ThatAreDamagedAreRefusedAndLeaveNothing)
     // A gzipped file that was cut short, or whose sum is another.
     NiftiFile large = store_head(Upright);
     large.size = {128, 128, 3};
-    large.data.resize(98304);
+    large.data.resize(700000); // values, and more
     test::write_file("g.nii", test::nifti_bytes(large));
     for (const char *damage : {"head -c -9 g.nii.gz", "head -c -1 g.nii.gz",
                                "{ head -c -8 g.nii.gz; printf abcd; tail -c 4 g.nii.gz; }"}) {
@@ -414,7 +433,7 @@ TEST(NiftiRuns, ReplaceNothingButTheOutputAndLeaveNothingHalfMade)
     EXPECT_EQ(refusals,
               "status 0: the output would replace i.nii\ncan't open pipe.img\n"
               "the output would replace i.nii\ncan't open no/o.img\ncan't open pipe.img\n"
-              "can't open no.nii\np.nii: 4 x 3 x 2 pixels, 1 frame, signed 16-bit integers\n"
+              "can't open no.nii\np.nii: 40 x 3 x 2 pixels, 1 frame, signed 16-bit integers\n"
               "nifti-to-raw: --form takes sform or qform\ni.nii\n");
     // An older image stays as it was until the new one is whole: 1 GiB of 0 takes some time.
     NiftiFile large = store_head(Upright);
@@ -430,7 +449,7 @@ TEST(NiftiRuns, ReplaceNothingButTheOutputAndLeaveNothingHalfMade)
         "umask 27; nifti-to-raw i.nii o.img; stat -c %a o.*; ls -A");
     EXPECT_EQ(ended,
               "can't write o.img\nnifti-to-raw: not converted: l.nii\n"
-              "status 0: o.img: 4 x 3 x 2 pixels, 1 frame, signed 16-bit integers\n"
-              "129\n143\no.img: 4 x 3 x 2 pixels, 1 frame, signed 16-bit integers\n640\n640\n"
+              "status 0: o.img: 40 x 3 x 2 pixels, 1 frame, signed 16-bit integers\n"
+              "129\n143\no.img: 40 x 3 x 2 pixels, 1 frame, signed 16-bit integers\n640\n640\n"
               "i.nii\nl.nii\no.hdr\no.img\n");
 }

@@ -114,6 +114,9 @@ TEST(Wrapper, HasOrdinaryStatuses)
         {"--format CTI a.img o 0", 2, "unknown format CTI" + usage},
         {"--format", 2, "--format needs a value" + usage},
         {"--check-study a.img o 0", 2, "--check-study needs --format" + usage},
+        {"--format NIFTI --orientation RRR a.nii o 0", 2,
+         "--orientation takes one letter each of RL, AP and SI, as in RAS" + usage},
+        {"--form sform a.img o 0", 2, "--form and --orientation are for --format NIFTI" + usage},
         {"--palette= a.img o 0", 2, "--palette needs a value" + usage},
         {"--colour a.img o 0", 2, "unknown option --colour" + usage},
     };
