@@ -1,6 +1,5 @@
 #include "companions/ecat_study.h"
 
-#include "companions/regular_file.h"
 #include "ecat/directory.h"
 #include "ecat/headers.h"
 #include "ecat/matrix_number.h"
@@ -8,6 +7,7 @@
 #include "image/format_dispatch.h"
 #include "image/image_geometry.h"
 #include "prefs/file_handle.h"
+#include "prefs/regular_file.h"
 
 #include <array>
 #include <cstddef>

@@ -1,11 +1,11 @@
 #include "companions/raw_study.h"
 
-#include "companions/regular_file.h"
 #include "image/allocate.h"
 #include "image/format_dispatch.h"
 #include "image/image_geometry.h"
 #include "image/stored_type.h"
 #include "prefs/file_handle.h"
+#include "prefs/regular_file.h"
 
 #include <algorithm>
 #include <optional>

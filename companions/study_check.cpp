@@ -2,8 +2,8 @@
 
 #include "companions/ecat_study.h"
 #include "companions/raw_study.h"
-#include "companions/regular_file.h"
 #include "image/format_dispatch.h"
+#include "prefs/regular_file.h"
 
 #include <string_view>
 

@@ -1,6 +1,6 @@
 #include "companions/tiff_file.h"
 
-#include "companions/regular_file.h"
+#include "prefs/regular_file.h"
 
 #include <algorithm>
 #include <span>

@@ -1,8 +1,8 @@
 #include "nifti/nifti_image.h"
 
-#include "companions/regular_file.h"
 #include "prefs/error_report.h"
 #include "prefs/file_handle.h"
+#include "prefs/regular_file.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,11 +1,11 @@
 // nifti-to-raw: makes a raw image with its text header from a NIfTI image. See nifti-to-raw(1).
 
-#include "companions/regular_file.h"
 #include "image/output_check.h"
 #include "nifti/conversion.h"
 #include "nifti/unfinished_image.h"
 #include "prefs/error_report.h"
 #include "prefs/ordinary_run.h"
+#include "prefs/regular_file.h"
 
 #include <cstdio>
 #include <optional>
@@ -38,9 +38,9 @@ static void print_usage(std::FILE *file)
         "Usage: nifti-to-raw [OPTIONS] IMAGE.nii[.gz] OUTPUT.img\n"
         "Makes a raw image, OUTPUT.img with its text header OUTPUT.hdr, from a NIfTI image.\n"
         "\n"
-        "  --form sform|qform   which of the two orientations counts, where they differ\n"
-        "  --orientation LETTERS  where the stored axes lead, as in RAS, for an image that says "
-        "nothing\n"
+        "  --form sform|qform     which of the two orientations counts, where they differ\n"
+        "  --orientation LETTERS  where the stored axes lead, as in RAS, where the image doesn't "
+        "say\n"
         "  --help, --version\n",
         file);
 }

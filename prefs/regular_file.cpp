@@ -1,4 +1,4 @@
-#include "companions/regular_file.h"
+#include "prefs/regular_file.h"
 
 #include <algorithm>
 #include <filesystem>
