@@ -97,7 +97,8 @@ set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 montage, in colour or gray, and writes it as a TIFF file. It reads ECAT 6
 matrix files and raw volumes with a text header. tiffgen-run runs it with
 ordinary manners, for people and batch engines; tiffgen-check proves a
-picture whole and says what a study lacks.
+picture whole and says what a study lacks; nifti-to-raw makes raw
+volumes from NIfTI images.
 .
 The image library that reads and writes these formats is included, with
 its headers.")

@@ -14,9 +14,10 @@ make_page() { # PICTURE...
     rm "$name.tif"
 }
 list=$(find "$pictures" -name '[!.]*.tif' | sort)
+[ -n "$list" ] || exit 0
 set --
 while IFS= read -r picture; do
-    set -- "$@" "$picture"
+    set -- "$@" "${picture}[400x180]" # read small: all of a page are in memory
     if [ $# -eq 24 ]; then
         make_page "$@"
         set --

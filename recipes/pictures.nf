@@ -4,7 +4,13 @@
 //
 // studies: a line for each study, its format, its image and the name of its picture, with tabs between;
 // images with their folders from the root on. pictures: the folder. What is there is not made again; a
-// study that fails is reported, and the others go on.
+// study that fails is reported and ignored, and the run ends with 0 nevertheless. The work folder should be on
+// the pictures' file system, so that they are moved there and not copied.
+
+// For the shell, whatever a name holds.
+def quote(text) {
+    "'" + text.replace("'", "'\\''") + "'"
+}
 
 params.studies = 'studies.tsv'
 params.pictures = 'pictures'
@@ -22,7 +28,8 @@ process picture {
 
     script:
     """
-    tiffgen-run --check-study --format '${keyword}' '${image}' '${name}' 0.0 -s1 >/dev/null
+    mkdir -p "\$(dirname ${quote(name)})"
+    tiffgen-run --check-study --format ${keyword} ${quote(image)} ${quote(name)} 0.0 -s1 >/dev/null
     """
 }
 

@@ -7,7 +7,7 @@
 # The pictures of a cohort as a Slurm array. Each task makes those of SIZE studies, one after another:
 #
 #   size=100
-#   tasks=$((($(wc -l <studies.tsv) + size - 1) / size))
+#   tasks=$((($(grep -c '' studies.tsv) + size - 1) / size))
 #   sbatch --array=1-$tasks slurm-array.sh studies.tsv pictures $size
 #
 # studies.tsv: a line for each study, its format, its image and the name of its picture, with tabs between.

@@ -17,6 +17,8 @@ export recipes=$PWD/build/recipes/share/doc/velmorant/recipes
 one_node_slurm=$PWD/scripts/one_node_slurm.sh
 work=$(mktemp -d)
 chmod 755 "$work"
+mkdir "$work/tmp"
+export TMPDIR=$work/tmp
 export studies=$work/studies.tsv
 export SLURM_CONF=$work/cluster/slurm.conf
 trap '[ ! -e "$SLURM_CONF" ] || "$one_node_slurm" stop "$work/cluster"; rm -rf "$work"' EXIT
@@ -41,13 +43,15 @@ run_parallel() {
 run_snakemake() {
     snakemake --snakefile "$recipes/Snakefile" --unlock --config "studies=$studies" pictures=pictures
     snakemake --snakefile "$recipes/Snakefile" --cores 2 --keep-going --rerun-incomplete \
-        --config "studies=$studies" pictures=pictures
+        --rerun-triggers mtime --config "studies=$studies" pictures=pictures
 }
 run_slurm() {
     mkdir -p pictures
     local job
     job=$(sbatch --parsable --array=1-7 "$recipes/slurm-array.sh" "$studies" pictures 10)
-    while [ -n "$(squeue -h -j "$job")" ]; do # sbatch --wait looks every half minute
+    local end=$((SECONDS + 300)) left
+    until left=$(squeue -h -j "$job") && [ -z "$left" ]; do # sbatch --wait looks every half minute
+        [ "$SECONDS" -lt "$end" ] || return 0
         sleep 0.2
     done
     ! grep "ArrayJobId=$job " "${SLURM_CONF%/*}/jobcomp.txt" | grep -q JobState=FAILED
@@ -64,6 +68,10 @@ pictures() {
     find pictures -name '[!.]*.tif' 2>/dev/null | sort
 }
 
+when_made() {
+    pictures | xargs stat -c '%n %i %y'
+}
+
 # The engine and its jobs are killed at once, as by a failing machine; Slurm's are cancelled.
 kill_in_the_middle() { # ENGINE
     setsid bash -c "run_$1" >log 2>&1 &
@@ -74,7 +82,7 @@ kill_in_the_middle() { # ENGINE
     if [ "$1" = slurm ]; then
         scancel --name=pictures
     else
-        kill -KILL -- "-$!"
+        pkill -KILL --session "$!"
     fi
     wait "$!" 2>/dev/null || true
     sleep 2 # jobs in sessions of their own come to their end
@@ -82,6 +90,7 @@ kill_in_the_middle() { # ENGINE
     made=$(pictures | wc -l)
     [ "$made" -lt 60 ] || fail "was not killed in the middle"
     pictures | xargs -n 1 tiffgen-check picture >/dev/null || fail "a picture is half-made"
+    when_made >killed
     echo "   killed after $made pictures, all of them whole"
 }
 
@@ -91,17 +100,13 @@ said() {
 }
 
 run_to_the_end() { # ENGINE FILE; the file names the studies that have to fail
-    rm -f pictures-*.log
+    rm -f pictures-*.log pictures/*.log
     if "run_$1" >log 2>&1; then
         fail "ended with status 0 though studies failed"
     fi
     { "$recipes/missing-pictures" "$studies" pictures || true; } | cut -f 3 | diff "$2" - || fail "other pictures are missing"
     said | grep -o '^tiffgen-run: [^:]*' | sed 's/.*\///; s/\..*//' | sort -u | diff "$2" - ||
         fail "other studies were reported"
-}
-
-when_made() {
-    pictures | xargs stat -c '%n %i %y'
 }
 
 for engine in "${engines[@]}"; do
@@ -112,6 +117,8 @@ for engine in "${engines[@]}"; do
     kill_in_the_middle "$engine"
 
     run_to_the_end "$engine" "$work/damaged"
+    # Those that were just being finished may have got no note of it.
+    [ "$(when_made | diff killed - | grep -c '^<')" -le 2 ] || fail "began from the start"
     when_made >made
     run_to_the_end "$engine" "$work/damaged"
     when_made | diff made - || fail "made a picture twice"

@@ -30,13 +30,16 @@ are_gone() {
 }
 
 write_configuration() {
+    local port=$((20000 + $$ % 10000)) # of this cluster alone
     cat >"$SLURM_CONF" <<END
 ClusterName=onenode
 SlurmctldHost=$(hostname -s)(127.0.0.1)
-NodeName=$(hostname -s) NodeAddr=127.0.0.1 CPUs=$(nproc) RealMemory=$(($(getconf _PHYS_PAGES) / 512))
+NodeName=$(hostname -s) NodeAddr=127.0.0.1 CPUs=2 RealMemory=4000
 PartitionName=main Nodes=ALL Default=YES MaxTime=INFINITE
 SlurmUser=root
 CommunicationParameters=NoCtldInAddrAny,NoInAddrAny
+SlurmctldPort=$port
+SlurmdPort=$((port + 1))
 AuthType=auth/munge
 AuthInfo=socket=$folder/munge.socket
 SelectType=select/cons_tres

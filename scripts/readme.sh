@@ -34,19 +34,18 @@ for pair in phantom:phantom gray:phantom-gray; do
         fail "docs/${pair#*:}.png is another picture"
 done
 # Options that the one names and the other doesn't.
-options() {
-    grep -o -- '-[fbxyXcmsghp][A-Z]' | cut -c 1-2 | sort -u
-}
-diff <(tiffgen-run --help | options) \
+diff <(tiffgen-run --help | grep -o -- '-[a-zA-Z][A-Z]' | cut -c 1-2 | sort -u) \
     <(sed -n '/^## Options/,/^## /p' README.md | grep '^|' | grep -o -- '`-[a-zA-Z]' | tr -d '`' | sort -u) ||
     fail "other options"
+diff <(tiffgen-run --help | grep -o -- '--[a-z-]*' | grep -v -e '--help' -e '--version' | sort -u | grep '[a-z]') \
+    <(sed -n '/^## Options/,/^makes/p' README.md | grep -o -- '--[a-z-]*' | sort -u) || fail "other options"
 diff <(tiffgen-run --help | grep -o 'CTI6.*NIFTI' | tr -d ',' | sed 's/ or / /' | tr ' ' '\n' | sort) \
     <(sed -n '/^## Formats/,/^## /p' README.md | grep '^| `' | cut -d'|' -f 2 | tr -d '`, ' |
         sed 's/\([BL]\)\(SHORT\|FLOAT\)/\1\n\2/' | sort) || fail "other formats"
 diff <(git ls-files | grep / | grep -v '^\.' | cut -d/ -f 1 | sort -u) \
     <(sed -n '/^## Where things are/,$p' README.md | grep '^|' | cut -d'|' -f 2 | grep -o '[a-z]*/' |
         tr -d / | sort) || fail "other folders"
-for link in $(grep -o '](\([^)]*\))' README.md docs/*.md CONTRIBUTING.md | sed 's/:](/ /; s/)//' | tr ' ' :); do
+for link in $(grep -o '](\([^)]*\))' ./*.md docs/*.md | sed 's/:](/ /; s/)//' | tr ' ' :); do
     case ${link#*:} in
     http*) ;;
     *) [ -e "$(dirname "${link%%:*}")/${link#*:}" ] || fail "no ${link#*:}, which ${link%%:*} names" ;;
