@@ -93,9 +93,7 @@ static FileHandle create_file(const std::string &pattern, int suffix, const std:
     if (file == nullptr) {
         print_error_message(2, "can't open ", path.c_str());
     }
-    // The first letter last: until it is there, the name stands for none.
-    std::copy(made.begin() + 1, made.end(), name.begin() + 1);
-    name.front() = made.front();
+    name = made;
     const mode_t mask = umask(0);
     umask(mask);
     fchmod(descriptor, 0666 & ~mask);
