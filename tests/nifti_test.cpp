@@ -211,9 +211,13 @@ TEST(NiftiOrientation, IsAskedForWhereTheFileDoesNotSayIt)
     read_header("o.img", header, "SHORTINT2L");
     EXPECT_EQ(header.pixel_size_y, 3.0F);
     file.sform_code = 1;
-    file.sform = {{{1, 1, 0}, {0, 0, 0}, {0, 0, 1}}};
-    EXPECT_EQ(convert(file),
-              "no usable orientation in i.nii\nnifti-to-raw: not converted: i.nii\nstatus 1: ");
+    // In a plane; and sheared so far that the nearest axes would be a mirror image.
+    for (const Matrix &matrix : {Matrix{{{1, 1, 0}, {0, 0, 0}, {0, 0, 1}}},
+                                 Matrix{{{.5, .3, -.1}, {.7, .3, .6}, {-.3, .1, -.6}}}}) {
+        file.sform = matrix;
+        EXPECT_EQ(convert(file),
+                  "no usable orientation in i.nii\nnifti-to-raw: not converted: i.nii\nstatus 1: ");
+    }
 }
 
 TEST(NiftiFiles, AreReadInEveryVersionByteOrderAndWrapping)
