@@ -29,7 +29,7 @@ struct AxisOrder {
 // would swap right and left.
 std::optional<AxisOrder> find_axis_order(const Affine &affine);
 
-// Where the stored axes lead, as in "RAS": towards right, anterior, superior. `order` as above.
+// Where the stored axes lead, as in "RAS": towards right, anterior, superior.
 std::string axis_letters(const AxisOrder &order);
 
 // The affine whose axes lead where the letters say; none where they are not one of each pair R L, A P

@@ -12,29 +12,21 @@
 namespace velmorant
 {
 
-static constexpr std::size_t PieceBytes = std::size_t{1} << 20;
-
 static std::size_t size_along(const NiftiImage &image, std::size_t axis)
 {
     return static_cast<std::size_t>(image.size.at(axis));
 }
 
-// Reads the next volume, in pieces of whole rows. procedure: called with the bytes of each row and its
-// place along the second and the third axis.
+// Reads the next volume. procedure: called with the bytes of each row and its place along the second and
+// the third axis.
 template <class Procedure>
 static void read_rows(const NiftiImage &image, NiftiData &data, Procedure procedure)
 {
-    const std::size_t row_bytes = size_along(image, 0) * image.value_bytes;
-    const std::size_t rows = size_along(image, 1) * size_along(image, 2);
-    const std::size_t rows_at_once = std::clamp<std::size_t>(PieceBytes / row_bytes, 1, rows);
-    std::vector<std::uint8_t> piece(rows_at_once * row_bytes);
-    for (std::size_t first = 0; first < rows; first += rows_at_once) {
-        const std::size_t count = std::min(rows_at_once, rows - first);
-        const std::span<std::uint8_t> bytes(piece.data(), count * row_bytes);
-        data.read(bytes);
-        for (std::size_t row = 0; row < count; ++row) {
-            procedure(bytes.subspan(row * row_bytes, row_bytes),
-                      (first + row) % size_along(image, 1), (first + row) / size_along(image, 1));
+    std::vector<std::uint8_t> row(size_along(image, 0) * image.value_bytes);
+    for (std::size_t z = 0; z < size_along(image, 2); ++z) {
+        for (std::size_t y = 0; y < size_along(image, 1); ++y) {
+            data.read(row);
+            procedure(std::span<const std::uint8_t>(row), y, z);
         }
     }
 }

@@ -14,7 +14,7 @@
 namespace velmorant
 {
 
-// Told before each frame what is being done ("reading", say), and the frame, from 1.
+// Told before each frame what is being done ("converting", say), and the frame, from 1.
 using Progress = std::function<void(const char *doing, std::int32_t frame)>;
 
 // Chooses the storage; where the type alone doesn't tell, after a look at all values.

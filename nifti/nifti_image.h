@@ -39,15 +39,15 @@ struct NiftiImage {
 
 // Reads the header. `path` names a file in full: .nii or .nii.gz, or one of a pair of .hdr and .img.
 // Lengths in metres and micrometres become millimetres; without a unit they are taken for such. A slope
-// of 0 states no scaling, as the format has it.
+// of 0, as the format has it, states no scaling, and so does one that is no number.
 //
-// Ends the run with "can't open " and the file's name; with "no NIfTI-1 or NIfTI-2 image: " and the path; with
-// "can't convert " and what the values are; with "more than four dimensions in ", "illegal image
-// dimensions in " or "illegal scaling in " and the path, the last where it is infinite; with "too short for its header: " and the data
-// file where that can be seen from its size.
+// Ends the run with "can't open " and the file's name; with "no NIfTI-1 or NIfTI-2 image: " and the path;
+// with "can't convert " and what the values are; with "more than four dimensions in ", "illegal image
+// dimensions in " or, where it isn't finite, "illegal scaling in " and the path; with "too short for its
+// header: " and the data file where that can be seen from its size.
 NiftiImage read_nifti_header(const char *path);
 
-// Of one volume. All frames together have as many as 64 bits can say: more than the file is refused.
+// The bytes of one volume in the data file.
 std::int64_t volume_bytes(const NiftiImage &image);
 
 } // namespace velmorant

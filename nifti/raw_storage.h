@@ -30,10 +30,10 @@ struct RawStorage {
 
 RawStorage float_storage();
 
-// The 16-bit storage for an image whose integers are in `range`: where each of them, read from the raw
+// The 16-bit storage for an image of integers, which are in `range`: where each of them, read from the raw
 // image with the six decimals that its header gives the scaling, is n * slope + intercept, computed in
 // double precision and rounded once. The intercept has to be a whole number of slopes. None where no
-// storage is that exact, and for floats.
+// storage is that exact.
 std::optional<RawStorage> short_storage(const NiftiImage &image, const IntegerRange &range);
 
 // What the type itself allows: for integers of up to 32 bits all its values; none for others.

@@ -85,7 +85,7 @@ kill_in_the_middle() { # ENGINE
         pkill -KILL --session "$!"
     fi
     wait "$!" 2>/dev/null || true
-    sleep 2 # jobs in sessions of their own come to their end
+    sleep 2 # what was cancelled comes to its end
     local made
     made=$(pictures | wc -l)
     [ "$made" -lt 60 ] || fail "was not killed in the middle"
@@ -104,7 +104,8 @@ run_to_the_end() { # ENGINE FILE; the file names the studies that have to fail
     if "run_$1" >log 2>&1; then
         fail "ended with status 0 though studies failed"
     fi
-    { "$recipes/missing-pictures" "$studies" pictures || true; } | cut -f 3 | diff "$2" - || fail "other pictures are missing"
+    { "$recipes/missing-pictures" "$studies" pictures || true; } | cut -f 3 | diff "$2" - ||
+        fail "other pictures are missing"
     said | grep -o '^tiffgen-run: [^:]*' | sed 's/.*\///; s/\..*//' | sort -u | diff "$2" - ||
         fail "other studies were reported"
 }
