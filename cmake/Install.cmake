@@ -5,42 +5,9 @@ include(CMakePackageConfigHelpers)
 set(velmorant_datadir ${CMAKE_INSTALL_DATADIR}/velmorant)
 set(velmorant_cmakedir ${CMAKE_INSTALL_LIBDIR}/cmake/Velmorant)
 
-# Complete preference files are what a first run makes.
-add_custom_command(OUTPUT preferences/GLOBAL.prf preferences/tiffgen.prf
-    COMMAND ${CMAKE_COMMAND} -DTIFFGEN=$<TARGET_FILE:tiffgen>
-            -P ${PROJECT_SOURCE_DIR}/cmake/MakePreferences.cmake
-    DEPENDS tiffgen ${PROJECT_SOURCE_DIR}/cmake/MakePreferences.cmake)
-add_custom_target(preferences ALL DEPENDS preferences/GLOBAL.prf preferences/tiffgen.prf)
-
-# What holds paths is known once the prefix is. A prefix that can't be taken is refused here, before
-# anything is installed.
-install(CODE "
-    set(PROJECT_VERSION ${PROJECT_VERSION})
-    set(source ${PROJECT_SOURCE_DIR})
-    set(build ${PROJECT_BINARY_DIR})
-    set(bindir ${CMAKE_INSTALL_BINDIR})
-    set(datadir ${velmorant_datadir})
-    set(completiondir ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
-    include(${PROJECT_SOURCE_DIR}/cmake/InstallPaths.cmake)")
-
-install(TARGETS tiffgen tiffgen-check)
-if(VELMORANT_NIFTI)
-    install(TARGETS nifti-to-raw)
+if(VELMORANT_PROGRAMS)
+    include(${CMAKE_CURRENT_LIST_DIR}/InstallPrograms.cmake)
 endif()
-set(velmorant_docdir ${CMAKE_INSTALL_DATAROOTDIR}/doc/velmorant)
-install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
-              ${PROJECT_SOURCE_DIR}/CITATION.cff
-              ${PROJECT_SOURCE_DIR}/packaging/copyright
-        DESTINATION ${velmorant_docdir})
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION ${velmorant_docdir})
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/recipes DESTINATION ${velmorant_docdir} USE_SOURCE_PERMISSIONS)
-install(FILES ${PROJECT_SOURCE_DIR}/examples/convert_image.cpp DESTINATION ${velmorant_docdir}/examples)
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/palettes DESTINATION ${velmorant_datadir}
-        FILES_MATCHING PATTERN *.plt)
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/man/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
-        FILES_MATCHING PATTERN *.1)
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/man/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man5
-        FILES_MATCHING PATTERN *.5)
 
 # The image library, as the target Velmorant::image and for pkg-config. Headers that only the library's
 # own procedures include stay here.

@@ -2,6 +2,8 @@
 
 #include "tests/support/test.h"
 
+using test::shell;
+
 // Puts the program, a study and a palette into the working directory.
 static void make_folder()
 {
@@ -9,12 +11,6 @@ static void make_folder()
     test::write_file("rainbow.plt", std::string(768, 'p'));
     test::write_file("a.hdr", test::text_header());
     test::write_file("a.img", test::stored_floats(std::vector(18, 1.0F), true));
-}
-
-// What a shell prints.
-static std::string shell(const std::string &command)
-{
-    return test::summary(test::run_program("/bin/sh", {"sh", "-c", command}));
 }
 
 static std::string preferences()
@@ -61,8 +57,7 @@ TEST(Surroundings, AFolderThatCanNotBeWrittenIsReported)
 {
     make_folder();
     const auto run = [] {
-        return shell("chmod 555 .; as=; test $(id -u) != 0 || as='setpriv --reuid=65534 "
-                     "--regid=65534 --clear-groups'; $as ./tiffgen a.img o 0.0; echo $?");
+        return shell("chmod 555 .; " + test::BoundByRights + "./tiffgen a.img o 0.0; echo $?");
     };
     EXPECT_EQ(run(), "status 0: ./GLOBAL.prf does not exist...\ncan't create ./GLOBAL.prf\n0\n");
     shell("chmod 755 .; ./tiffgen; chmod 644 *.prf");

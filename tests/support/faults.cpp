@@ -41,7 +41,9 @@ int run_with_faults(const std::string &fault, const std::string &program,
                     const std::vector<std::string> &words, const Files &before,
                     const std::function<void(const Outcome &, bool)> &check)
 {
-    setenv("LD_PRELOAD", FAULTS, 1);
+    // By its name and its folder: a path to preload would end at a blank.
+    setenv("LD_LIBRARY_PATH", FAULTS, 1);
+    setenv("LD_PRELOAD", "libfaults.so", 1);
     setenv("FAULT_MARK", std::filesystem::absolute("mark").c_str(), 1);
     int number = 0;
     for (bool happened = true; happened && !testing::Test::HasFailure();) {
@@ -53,6 +55,7 @@ int run_with_faults(const std::string &fault, const std::string &program,
         check(outcome, happened);
     }
     unsetenv("LD_PRELOAD");
+    unsetenv("LD_LIBRARY_PATH");
     return number - 1;
 }
 

@@ -2,16 +2,18 @@
 
 #include "tests/support/test.h"
 
+#include <cstdlib>
+
 namespace test
 {
 
 std::string installed(const std::string &command)
 {
-    return summary(run_program("/bin/sh", {"sh", "-c",
-                                           "PATH=" INSTALLED "/bin:$PATH TMPDIR=$PWD "
-                                           "XDG_CONFIG_HOME=$PWD/config; "
-                                           "export PATH TMPDIR XDG_CONFIG_HOME; " +
-                                               command}));
+    setenv("INSTALLED", INSTALLED, 1);
+    setenv("TIFFGEN", TIFFGEN, 1);
+    return shell("PATH=$INSTALLED/bin:$PATH TMPDIR=$PWD XDG_CONFIG_HOME=$PWD/config; "
+                 "export PATH TMPDIR XDG_CONFIG_HOME; " +
+                 command);
 }
 
 void make_study()

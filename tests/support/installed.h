@@ -5,8 +5,9 @@
 namespace test
 {
 
-// What a shell prints whose first programs are the installed ones, and where everything that they make
-// for a while or look for as the user's own is in the working directory.
+// The summary of a shell whose first programs are the installed ones, below $INSTALLED; $TIFFGEN is the
+// program as it was built. What they make for a while, and the user's preferences, are in the working
+// directory.
 std::string installed(const std::string &command);
 
 // Makes a raw study in the working directory, a.img with its header: 3 x 2 x 3 floats, 18 values.

@@ -54,6 +54,11 @@ std::string summary(const Outcome &outcome)
     return outcome.err + "status " + std::to_string(outcome.status) + ": " + outcome.out;
 }
 
+std::string shell(const std::string &command)
+{
+    return summary(run_program("/bin/sh", {"sh", "-c", command}));
+}
+
 std::string ending(const std::function<void()> &procedure)
 {
     return summary(run_apart(procedure));

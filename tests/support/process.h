@@ -20,6 +20,13 @@ Outcome run_program(const std::string &path, const std::vector<std::string> &wor
 // "status S: OUT", with what appears on standard error in front.
 std::string summary(const Outcome &outcome);
 
+// The summary of a shell that runs a command.
+std::string shell(const std::string &command);
+
+// Stands before a shell's command that the rights of files are to bind, even where it is root's.
+inline const std::string BoundByRights =
+    "$(test $(id -u) != 0 || echo setpriv --bounding-set -dac_override) ";
+
 // The summary of a procedure run in a process of its own; where it returns, the status is 77.
 std::string ending(const std::function<void()> &procedure);
 

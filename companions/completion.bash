@@ -49,9 +49,12 @@ _velmorant_formats() { # WORD [MORE]
     mapfile -t COMPREPLY < <(compgen -W "CTI6 SHORTINT2B SHORTINT2L FLOATB FLOATL ${2-}" -- "$1")
 }
 
+# An installation may be moved: its palettes are found from this file.
+_velmorant_palettes_folder=$(cd "${BASH_SOURCE[0]%/*}/../../velmorant/palettes" 2>/dev/null && pwd)
+
 _velmorant_palettes() { # WORD
     local file names=()
-    for file in '@VELMORANT_DATADIR@'/palettes/*.plt; do
+    for file in "$_velmorant_palettes_folder"/*.plt; do
         file=${file##*/}
         names+=("${file%.plt}")
     done
@@ -70,12 +73,17 @@ _tiffgen_run() {
     elif [ "$word" = = ]; then
         word=
     fi
+    local nifti='' nifti_options=''
+    if command -v nifti-to-raw >/dev/null; then
+        nifti=NIFTI
+        nifti_options='--form --orientation'
+    fi
     case $before:$word in
-    --format:*) _velmorant_formats "$word" NIFTI ;;
+    --format:*) _velmorant_formats "$word" "$nifti" ;;
     --palette:*) _velmorant_palettes "$word" ;;
     --form:*) mapfile -t COMPREPLY < <(compgen -W 'sform qform' -- "$word") ;;
-    *:--*) mapfile -t COMPREPLY < <(compgen -W '--format --palette --check-study --form --orientation
-            --help --version' -- "$word") ;;
+    *:--*) mapfile -t COMPREPLY < <(compgen -W "--format --palette --check-study $nifti_options
+            --help --version" -- "$word") ;;
     *) _velmorant_arguments "$word" ;;
     esac
 }

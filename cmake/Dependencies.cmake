@@ -1,0 +1,66 @@
+# What a build stands on. All that is missing is named at once, each with its Debian package and the option
+# that leaves it out.
+
+function(velmorant_need found what package option)
+    if(NOT found)
+        string(APPEND velmorant_missing
+               "\n  ${what}: install ${package}, or configure with -D${option}=OFF")
+        set(velmorant_missing "${velmorant_missing}" PARENT_SCOPE)
+    endif()
+endfunction()
+
+# TIFF::TIFF, which in a static build brings everything that it stands on.
+if(VELMORANT_STATIC)
+    find_package(PkgConfig QUIET)
+    velmorant_need("${PKG_CONFIG_FOUND}" pkg-config pkg-config VELMORANT_STATIC)
+    if(PKG_CONFIG_FOUND)
+        pkg_check_modules(TIFF QUIET libtiff-4)
+    endif()
+    add_library(tiff_static INTERFACE)
+    add_library(TIFF::TIFF ALIAS tiff_static)
+    target_include_directories(tiff_static SYSTEM INTERFACE ${TIFF_STATIC_INCLUDE_DIRS})
+    target_link_directories(tiff_static INTERFACE ${TIFF_STATIC_LIBRARY_DIRS})
+    target_link_libraries(tiff_static INTERFACE ${TIFF_STATIC_LIBRARIES})
+    add_link_options($<IF:$<BOOL:${VELMORANT_HARDEN}>,-static-pie,-static>)
+elseif(VELMORANT_PROGRAMS)
+    find_package(TIFF QUIET)
+endif()
+if(VELMORANT_PROGRAMS)
+    velmorant_need("${TIFF_FOUND}" libtiff libtiff-dev VELMORANT_PROGRAMS)
+endif()
+
+# nifti_library: its own description for CMake wants the library's programs, too, and zlib.
+if(VELMORANT_NIFTI)
+    set(suffixes ${CMAKE_FIND_LIBRARY_SUFFIXES})
+    if(VELMORANT_STATIC)
+        set(CMAKE_FIND_LIBRARY_SUFFIXES .a)
+    endif()
+    find_path(VELMORANT_NIFTI_INCLUDE nifti2_io.h PATH_SUFFIXES nifti)
+    find_library(VELMORANT_nifti2_LIBRARY nifti2)
+    find_library(VELMORANT_znz_LIBRARY znz)
+    find_library(VELMORANT_z_LIBRARY z)
+    set(CMAKE_FIND_LIBRARY_SUFFIXES ${suffixes})
+    if(VELMORANT_NIFTI_INCLUDE AND VELMORANT_nifti2_LIBRARY AND VELMORANT_znz_LIBRARY)
+        set(NIFTI_FOUND ON)
+    endif()
+    velmorant_need("${NIFTI_FOUND}" "the NIfTI library" libnifti2-dev VELMORANT_NIFTI)
+    velmorant_need("${VELMORANT_z_LIBRARY}" zlib zlib1g-dev VELMORANT_NIFTI)
+    add_library(nifti_library INTERFACE)
+    target_include_directories(nifti_library SYSTEM INTERFACE ${VELMORANT_NIFTI_INCLUDE})
+    target_link_libraries(nifti_library INTERFACE
+        ${VELMORANT_nifti2_LIBRARY} ${VELMORANT_znz_LIBRARY} ${VELMORANT_z_LIBRARY})
+endif()
+
+if(VELMORANT_TESTS)
+    find_package(GTest QUIET)
+    velmorant_need("${GTest_FOUND}" GoogleTest libgtest-dev VELMORANT_TESTS)
+endif()
+if(VELMORANT_BENCH)
+    find_package(benchmark QUIET)
+    velmorant_need("${benchmark_FOUND}" "Google Benchmark" libbenchmark-dev VELMORANT_BENCH)
+endif()
+
+if(velmorant_missing)
+    message(FATAL_ERROR "A build of this kind lacks${velmorant_missing}\n"
+            "(Debian's names of the packages; README.md says what a build needs.)")
+endif()
