@@ -60,7 +60,12 @@ if(VELMORANT_BENCH)
     velmorant_need("${benchmark_FOUND}" "Google Benchmark" libbenchmark-dev VELMORANT_BENCH)
 endif()
 
+if(VELMORANT_FUZZ)
+    string(REGEX MATCH Clang found "${CMAKE_CXX_COMPILER_ID}")
+    velmorant_need("${found}" "clang++ as the compiler" "clang and libclang-rt-14-dev" VELMORANT_FUZZ)
+endif()
+
 if(velmorant_missing)
-    message(FATAL_ERROR "A build of this kind lacks${velmorant_missing}\n"
-            "(Debian's names of the packages; README.md says what a build needs.)")
+    message(FATAL_ERROR "This build lacks${velmorant_missing}\n"
+            "The packages are Debian's. README.md lists those of a whole build.")
 endif()
