@@ -166,11 +166,11 @@ std::int32_t read_header_cti6(const char *file_name, ImageHeader &header)
     return study.close();
 }
 
-static constexpr std::int32_t BlockPixels = BlockBytes / sizeof(std::int16_t);
+static constexpr std::int32_t PixelsPerBlock = BlockBytes / sizeof(std::int16_t);
 
 std::int32_t unread_pixels_cti6(const ImageHeader &header)
 {
-    return checked_plane_size(header) % BlockPixels;
+    return checked_plane_size(header) % PixelsPerBlock;
 }
 
 // Fills `pixels` from one plane. stored: room for as many 16-bit integers, those beyond the plane's
@@ -188,7 +188,7 @@ static void read_plane(OpenStudy &study, const ImageMatrix &matrix, std::int16_t
     mat_read_image_subheader(stream, entry->first_block, subheader);
     // A block that was read has a number with room for one more.
     mat_read_matrix_data(stream, entry->first_block + 1,
-                         static_cast<std::int32_t>(pixels.size()) / BlockPixels, stored);
+                         static_cast<std::int32_t>(pixels.size()) / PixelsPerBlock, stored);
     const auto *bytes = reinterpret_cast<const std::uint8_t *>(stored);
     decode_pixels(StoredType::SignedShort, byte_order, bytes, pixels.data(), pixels.size(),
                   subheader.scale_factor);

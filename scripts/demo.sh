@@ -4,12 +4,15 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 preset=${1:-release}
 
+scripts/packages.sh man-db # for the reader of README.md's tour
 scripts/build.sh "$preset"
 mkdir -p out
 cp "build/$preset/tiffgen" palettes/rainbow.plt out/
 cd out
 echo "== Making up a study: out/phantom.img, 4 frames at 2 bed positions"
 "../build/$preset/examples/make_phantom" SHORTINT2L phantom.img
+echo "== ./tiffgen makes its preference files, GLOBAL.prf and tiffgen.prf"
+./tiffgen >/dev/null || [ $? -eq 255 ] # the usage text's status
 echo "== ./tiffgen phantom.img phantom 0.0 -f4 -s1"
 status=0
 ./tiffgen phantom.img phantom 0.0 -f4 -s1 || status=$?

@@ -1,7 +1,12 @@
 #!/usr/bin/env bash
-# packages.sh PACKAGE...: installs those of the Debian packages that are missing.
+# packages.sh PACKAGE...: installs those of the Debian packages that are missing. Elsewhere it only says which
+# they are.
 set -euo pipefail
 
+if ! command -v apt-get >/dev/null; then
+    echo "packages.sh: this is not Debian; what is needed goes there by the names $*" >&2
+    exit 0
+fi
 missing=()
 for package in "$@"; do
     if ! dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'ok installed'; then
@@ -17,6 +22,12 @@ as_root=()
 if [ "$(id -u)" -ne 0 ]; then
     as_root=(sudo)
 fi
-"${as_root[@]}" apt-get update -qq
-"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-    apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+# What the package system says matters where it fails.
+if ! { "${as_root[@]}" apt-get update -qq && "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y -qq --no-install-recommends "${missing[@]}"; } >"$log" 2>&1; then
+    cat "$log" >&2
+    echo "packages.sh: can't install ${missing[*]}" >&2
+    exit 1
+fi

@@ -36,9 +36,9 @@ static float expected(int word, float)
     return get_vax_float(std::array{word_at(word), word_at(word + 1)}.data(), 0);
 }
 
-using Number = std::variant<std::int16_t, std::int32_t, float>;
+using AnyNumber = std::variant<std::int16_t, std::int32_t, float>;
 
-static void expect_at(const std::vector<std::pair<int, Number>> &numbers)
+static void expect_at(const std::vector<std::pair<int, AnyNumber>> &numbers)
 {
     for (const auto &[first, number] : numbers) {
         const int word = first;

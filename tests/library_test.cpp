@@ -15,7 +15,8 @@ static std::string build(const std::string &command)
                                       {"SIBLING", SIBLING}}) {
         setenv(name, value, 1);
     }
-    return test::installed("MOVED=\"$PWD/moved here\"; cp -r \"$INSTALLED\" \"$MOVED\"; " + command);
+    return test::installed("MOVED=\"$PWD/moved here\"; cp -r \"$INSTALLED\" \"$MOVED\"; " +
+                           command);
 }
 
 TEST(InstalledLibrary, IsFoundByCmake)
@@ -87,10 +88,11 @@ TEST(InstalledFiles, WorkWhereTheyWereMoved)
 // What bash makes of a command line whose last word is to be completed.
 static std::string complete(const std::string &function, const std::string &words)
 {
-    return test::installed("bash -c '. "
-                           "\"$INSTALLED\"/share/bash-completion/completions/tiffgen-run; COMP_WORDS=(" +
-                           words + "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); " + function +
-                           R"(; printf "%s\n" "${COMPREPLY[@]}" | sort')");
+    return test::installed(
+        "bash -c '. "
+        "\"$INSTALLED\"/share/bash-completion/completions/tiffgen-run; COMP_WORDS=(" +
+        words + "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); " + function +
+        R"(; printf "%s\n" "${COMPREPLY[@]}" | sort')");
 }
 
 TEST(InstalledFiles, CompleteCommandLines)

@@ -11,13 +11,13 @@ using namespace velmorant;
 using test::Infinity;
 using test::NotANumber;
 
-static constexpr float Check = -10000.0F;
+static constexpr float CheckValue = -10000.0F;
 
 // Background and, in its middle, pixels of all values; some that are easily got wrong anywhere.
 static std::vector<float> make_volume(std::size_t size, std::minstd_rand &random)
 {
-    static const std::vector<float> awkward{0.0F,      -0.0F, NotANumber, -Infinity,
-                                            -10001.0F, Check, 1e-45F,     1e4F};
+    static const std::vector<float> awkward{0.0F,      -0.0F,      NotANumber, -Infinity,
+                                            -10001.0F, CheckValue, 1e-45F,     1e4F};
     std::vector<float> pixels(size);
     for (std::size_t i = 0; i < size; ++i) {
         const bool inside = i > size / 3 && i < size / 2;
@@ -38,8 +38,8 @@ TEST(Statistics, AreThoseOfLoopsPixelByPixel)
     for (std::size_t size = 0; size < 3000; size += size < 70 ? 1 : 97) {
         SCOPED_TRACE(size);
         const std::vector<float> pixels = make_volume(size, random);
-        const FieldSurvey survey = survey_field(pixels, Check);
-        const FieldRange plain = bench::plain::find_range(pixels, Check);
+        const FieldSurvey survey = survey_field(pixels, CheckValue);
+        const FieldRange plain = bench::plain::find_range(pixels, CheckValue);
         EXPECT_EQ(bits(survey.range.max), bits(plain.max));
         EXPECT_EQ(bits(survey.range.min), bits(plain.min));
         EXPECT_EQ(survey.range.count, plain.count);
@@ -50,7 +50,7 @@ TEST(Statistics, AreThoseOfLoopsPixelByPixel)
                 std::vector<std::int32_t> histogram(static_cast<std::size_t>(bins) + 1);
                 const auto target = static_cast<std::int32_t>(static_cast<float>(size) * part);
                 EXPECT_EQ(find_peak_bin(survey, step, target, histogram),
-                          bench::plain::find_peak_bin(pixels, Check, plain.min, step, target,
+                          bench::plain::find_peak_bin(pixels, CheckValue, plain.min, step, target,
                                                       histogram.size()))
                     << bins << " bins, " << part;
             }
@@ -58,7 +58,7 @@ TEST(Statistics, AreThoseOfLoopsPixelByPixel)
         for (const auto &[lower, upper] :
              {std::pair{400.0F, 900.0F}, {-Infinity, Infinity}, {plain.max, Infinity}}) {
             const BandSum band = sum_band(survey, lower, upper);
-            const BandSum plain_band = bench::plain::sum_band(pixels, Check, lower, upper);
+            const BandSum plain_band = bench::plain::sum_band(pixels, CheckValue, lower, upper);
             EXPECT_EQ(bits(band.sum), bits(plain_band.sum));
             EXPECT_EQ(band.count, plain_band.count);
         }
@@ -70,6 +70,6 @@ TEST(Statistics, HoldBinsThatAreMoreThanFloatsCanCount)
     // The last bin, 16777219, is no float; the nearest one, the larger pixel's bin, is beyond it.
     std::vector<std::int32_t> histogram(16777220);
     const std::vector<float> pixels{0.0F, 16777220.0F};
-    EXPECT_EQ(find_peak_bin(survey_field(pixels, Check), 1.0F, 2, histogram), 16777219U);
+    EXPECT_EQ(find_peak_bin(survey_field(pixels, CheckValue), 1.0F, 2, histogram), 16777219U);
     EXPECT_EQ(histogram.back(), 1);
 }
