@@ -1,6 +1,6 @@
 // The pictures of a cohort with Nextflow:
 //
-//   nextflow run pictures.nf --studies studies.tsv --pictures pictures
+//   nextflow run /usr/share/velmorant/recipes/pictures.nf --studies studies.tsv --pictures pictures
 //
 // studies: a line for each study, its format, its image and the name of its picture, with tabs between;
 // images with their folders from the root on. pictures: the folder. What is there is not made again; a

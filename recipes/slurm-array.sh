@@ -8,7 +8,7 @@
 #
 #   size=100
 #   tasks=$((($(grep -c '' studies.tsv) + size - 1) / size))
-#   sbatch --array=1-$tasks slurm-array.sh studies.tsv pictures $size
+#   sbatch --array=1-$tasks /usr/share/velmorant/recipes/slurm-array.sh studies.tsv pictures $size
 #
 # studies.tsv: a line for each study, its format, its image and the name of its picture, with tabs between.
 # pictures: a folder that is there. A task ends with status 1 where a study failed, and its log says which

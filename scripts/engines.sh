@@ -13,7 +13,8 @@ fi
 scripts/build.sh
 cmake --install build/release --prefix "$PWD/build/recipes" >/dev/null
 export PATH=$PWD/build/recipes/bin:$PATH
-export recipes=$PWD/build/recipes/share/doc/velmorant/recipes
+export recipes=$PWD/build/recipes/share/velmorant/recipes
+page=$PWD/docs/batch.md
 one_node_slurm=$PWD/scripts/one_node_slurm.sh
 work=$(mktemp -d)
 chmod 755 "$work"
@@ -36,19 +37,24 @@ prepare_slurm() {
     "$one_node_slurm" start "$work/cluster"
 }
 
-# What a user calls, in an empty folder of the engine's own.
+# The lines of the page that start an engine, in a folder of the engine's own with the list.
+lines_of_page() { # WORD
+    sed -n "/^    .*$1/,/^\$/p" "$page"
+}
+export parallel_lines snakemake_lines slurm_lines
+parallel_lines=$(lines_of_page parallel.sh)
+snakemake_lines=$(lines_of_page 'snakemake ')
+slurm_lines=$(lines_of_page size= | sed 's/size=.*/size=10/; s/sbatch /&--parsable /')
 run_parallel() {
-    "$recipes/parallel.sh" "$studies" pictures 2
+    bash -euc "$parallel_lines"
 }
 run_snakemake() {
-    snakemake --snakefile "$recipes/Snakefile" --unlock --config "studies=$studies" pictures=pictures
-    snakemake --snakefile "$recipes/Snakefile" --cores 2 --keep-going --rerun-incomplete \
-        --rerun-triggers mtime --config "studies=$studies" pictures=pictures
+    snakemake --snakefile "$recipes/Snakefile" --unlock --config studies=studies.tsv pictures=pictures
+    bash -euc "$snakemake_lines"
 }
 run_slurm() {
-    mkdir -p pictures
     local job
-    job=$(sbatch --parsable --array=1-7 "$recipes/slurm-array.sh" "$studies" pictures 10)
+    job=$(bash -euc "$slurm_lines")
     local end=$((SECONDS + 300)) left
     until left=$(squeue -h -j "$job") && [ -z "$left" ]; do # sbatch --wait looks every half minute
         [ "$SECONDS" -lt "$end" ] || return 0
@@ -115,6 +121,7 @@ for engine in "${engines[@]}"; do
     "prepare_$engine"
     mkdir "$work/$engine"
     cd "$work/$engine"
+    cp "$studies" .
     kill_in_the_middle "$engine"
 
     run_to_the_end "$engine" "$work/damaged"
@@ -138,6 +145,6 @@ for engine in "${engines[@]}"; do
 done
 
 echo "== Contact sheets"
-scripts/packages.sh imagemagick libtiff-tools
+scripts/packages.sh imagemagick libtiff-tools fonts-dejavu-core
 "$recipes/contact-sheets.sh" "$work/${engines[0]}/pictures" "$work/sheet"
 ls "$work"/sheet-00[123].png "$work"/sheet-00[123].pdf >/dev/null

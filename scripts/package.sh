@@ -1,11 +1,14 @@
 #!/usr/bin/env bash
-# package.sh [--try]: makes a Debian package, in out/. With --try it is installed, used by an ordinary
+# package.sh [--try]: makes a Debian package, in out/: of one tree always the same bytes. With --try it is installed, used by an ordinary
 # user from another folder, and removed again, which has to leave nothing.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/packages.sh dpkg-dev file man-db pkg-config
 scripts/build.sh
+# Nothing in the package is younger than the tree, and rights aren't those of whoever makes it.
+export SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct 2>/dev/null || stat -c %Y CHANGELOG.md)}
+umask 022
 mkdir -p out
 rm -f out/*.deb
 cpack --config build/release/CPackConfig.cmake -B build/package >build/package.log

@@ -45,17 +45,25 @@ diff <(tiffgen-run --help | grep -o 'CTI6.*NIFTI' | tr -d ',' | sed 's/ or / /' 
 diff <(git ls-files | grep / | grep -v '^\.' | cut -d/ -f 1 | sort -u) \
     <(sed -n '/^## Where things are/,$p' README.md | grep '^|' | cut -d'|' -f 2 | grep -o '[a-z]*/' |
         tr -d / | sort) || fail "other folders"
-for link in $(grep -o '](\([^)]*\))' ./*.md docs/*.md | sed 's/:](/ /; s/)//' | tr ' ' :); do
-    case ${link#*:} in
-    http*) ;;
-    *) [ -e "$(dirname "${link%%:*}")/${link#*:}" ] || fail "no ${link#*:}, which ${link%%:*} names" ;;
-    esac
+check_links() ( # FOLDER
+    cd "$1"
+    for link in $(grep -o '](\([^)]*\))' ./*.md docs/*.md | sed 's/:](/ /; s/)//' | tr ' ' :); do
+        case ${link#*:} in
+        http*) ;;
+        *) [ -e "$(dirname "${link%%:*}")/${link#*:}" ] || fail "no ${link#*:}, which $1/${link%%:*} names" ;;
+        esac
+    done
+)
+for page in $(grep -o '`man [a-z-]*`' ./*.md docs/*.md | sed 's/.* //; s/`//'); do
+    man -w "$page" >/dev/null || fail "no manual page $page"
 done
+check_links .
+check_links out/installed/share/doc/velmorant
 version=$(tiffgen-run --version | sed 's/.* //')
 grep -qx "version: $version" CITATION.cff || fail "another version in CITATION.cff"
 grep -q "velmorant_$version-1_amd64.deb" README.md || fail "another version in README.md"
 for command in scripts/demo.sh scripts/test.sh; do
-    if ! grep -q "^    $command " README.md || ! grep -qx "$command" .ci/run; then
+    if ! grep -q "^    $command " README.md || ! grep -qx "$command" .ci/checks; then
         fail "$command is no longer one of the two commands, or CI's"
     fi
 done

@@ -1,0 +1,58 @@
+#!/usr/bin/env bash
+# bare_machine.sh: a machine that has nothing but Debian 12, git, a C++ compiler and sudo, in a folder. Wants root.
+#
+#   possible                         whether one can be had here
+#   make FOLDER                      makes it, with an ordinary user, "reader", who may use sudo
+#   run FOLDER USER COMMAND...       runs a command in it, in the user's home; nothing that the command leaves
+#                                    running goes on
+#
+# DEBIAN_MIRROR: the mirror to take Debian from, where it isn't debootstrap's own.
+set -euo pipefail
+
+apart=(unshare --mount --uts --pid --fork --kill-child)
+
+is_possible() {
+    [ "$(id -u)" -eq 0 ] && command -v apt-get >/dev/null &&
+        "${apart[@]}" mount -t proc proc /proc 2>/dev/null
+}
+
+make() { # FOLDER
+    "${0%/*}/packages.sh" debootstrap debian-archive-keyring
+    echo "== Making a bare machine"
+    if ! debootstrap --variant=minbase --include=git,g++,ca-certificates,sudo bookworm "$1" \
+        ${DEBIAN_MIRROR:+"$DEBIAN_MIRROR"} >"$1.log" 2>&1; then
+        tail -n 20 "$1.log" >&2
+        exit 1
+    fi
+    # Packages come from where and as this machine gets them, and need not reach the disk.
+    apt-config dump Acquire::http Acquire::https Acquire::Check-Date Acquire::Check-Valid-Until \
+        >"$1/etc/apt/apt.conf.d/00acquire"
+    echo force-unsafe-io >"$1/etc/dpkg/dpkg.cfg.d/unsafe-io"
+    rm -rf "$1"/var/cache/apt/archives/*.deb
+    echo '127.0.0.1 localhost bare' >"$1/etc/hosts"
+    chroot "$1" useradd --create-home --shell /bin/bash reader
+    echo 'reader ALL=(ALL) NOPASSWD: ALL' >"$1/etc/sudoers.d/reader"
+}
+
+# In namespaces of its own.
+run() { # FOLDER USER COMMAND...
+    mount -t proc proc "$1/proc"
+    mount -t sysfs -o ro sysfs "$1/sys"
+    mount -t devpts -o newinstance,ptmxmode=666 devpts "$1/dev/pts"
+    mount -t tmpfs tmpfs "$1/dev/shm"
+    hostname bare
+    local home
+    home=$(chroot "$1" getent passwd "$2" | cut -d: -f 6)
+    # The command isn't the first process, which no signal ends.
+    chroot "$1" runuser -u "$2" -- env -i "HOME=$home" "USER=$2" "TERM=${TERM:-dumb}" \
+        PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin \
+        ${http_proxy:+"http_proxy=$http_proxy"} ${https_proxy:+"https_proxy=$https_proxy"} \
+        sh -c 'cd && exec "$@"' sh "${@:3}"
+}
+
+case $1 in
+possible) is_possible ;;
+make) make "$2" ;;
+run) "${apart[@]}" "$0" inside "${@:2}" ;;
+inside) run "${@:2}" ;;
+esac
