@@ -4,9 +4,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/packages.sh g++ cmake ninja-build libtiff-dev libnifti2-dev libgtest-dev libbenchmark-dev
-cmake --preset release -DVELMORANT_BENCH=ON >/dev/null
-cmake --build --preset release
+scripts/packages.sh libbenchmark-dev
+scripts/build.sh release -DVELMORANT_BENCH=ON
 echo "== Timing the stages"
 if [ "${1:-}" = --smallest ]; then
     build/release/bench/stage_bench --benchmark_min_time=0.01 --benchmark_filter='/(64/64/32|4|64)/real_time'

@@ -1,16 +1,15 @@
 #!/usr/bin/env bash
-# demo.sh [PRESET]: builds everything, makes up a study and turns it into a picture in out/.
+# demo.sh: builds everything, makes up a study and turns it into a picture in out/.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-preset=${1:-release}
 
 scripts/packages.sh man-db # for the reader of README.md's tour
-scripts/build.sh "$preset"
+scripts/build.sh
 mkdir -p out
-cp "build/$preset/tiffgen" palettes/rainbow.plt out/
+cp build/release/tiffgen palettes/rainbow.plt out/
 cd out
 echo "== Making up a study: out/phantom.img, 4 frames at 2 bed positions"
-"../build/$preset/examples/make_phantom" SHORTINT2L phantom.img
+../build/release/examples/make_phantom SHORTINT2L phantom.img
 echo "== ./tiffgen makes its preference files, GLOBAL.prf and tiffgen.prf"
 ./tiffgen >/dev/null || [ $? -eq 255 ] # the usage text's status
 echo "== ./tiffgen phantom.img phantom 0.0 -f4 -s1"

@@ -10,10 +10,7 @@ if [ "${#harnesses[@]}" -eq 0 ]; then
     harnesses=(raw ecat preference palette options formats check nifti)
 fi
 
-scripts/packages.sh clang libclang-rt-14-dev cmake ninja-build libtiff-dev libnifti2-dev libgtest-dev
-echo "== Building (fuzz)"
-cmake --preset fuzz >/dev/null
-cmake --build --preset fuzz --target "${harnesses[@]/#/fuzz_}"
+scripts/build.sh fuzz "${harnesses[@]/#/fuzz_}"
 # A small quarantine: memory that was freed long ago would only go through the caches.
 export ASAN_OPTIONS=quarantine_size_mb=1:malloc_context_size=0
 

@@ -4,8 +4,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/packages.sh clang clang-tidy shellcheck libtiff-dev libnifti2-dev libgtest-dev \
-    libbenchmark-dev cmake ninja-build man-db
-shellcheck scripts/*.sh recipes/*.sh recipes/missing-pictures bench/*.sh bench/peers/*.sh .ci/run companions/completion.bash \
+    libbenchmark-dev cmake make man-db
+shellcheck scripts/*.sh recipes/*.sh recipes/missing-pictures bench/*.sh bench/peers/*.sh .ci/run .ci/checks companions/completion.bash \
     companions/tiffgen-run.in
 for page in man/*; do
     warnings=$(LC_ALL=C.UTF-8 MANWIDTH=80 man --warnings -E UTF-8 -Tutf8 -Z -l "$page" 2>&1 >/dev/null)

@@ -5,6 +5,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/packages.sh dpkg-dev file man-db pkg-config
+export LC_ALL=C.UTF-8 # or CPack passes over a folder that isn't ASCII
 scripts/build.sh
 # Nothing in the package is younger than the tree, and rights aren't those of whoever makes it.
 export SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct 2>/dev/null || stat -c %Y CHANGELOG.md)}

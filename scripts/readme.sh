@@ -62,6 +62,9 @@ check_links out/installed/share/doc/velmorant
 version=$(tiffgen-run --version | sed 's/.* //')
 grep -qx "version: $version" CITATION.cff || fail "another version in CITATION.cff"
 grep -q "velmorant_$version-1_amd64.deb" README.md || fail "another version in README.md"
+diff <(sed -n 's/^    sudo apt-get install //p' README.md | tr ' ' '\n' | sort) \
+    <(sed -n 's/^scripts\/packages.sh //p' scripts/build.sh scripts/test.sh | tr ' ' '\n' | sort) ||
+    fail "other packages"
 for command in scripts/demo.sh scripts/test.sh; do
     if ! grep -q "^    $command " README.md || ! grep -qx "$command" .ci/checks; then
         fail "$command is no longer one of the two commands, or CI's"
