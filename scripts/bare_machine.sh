@@ -37,7 +37,7 @@ make() { # FOLDER
 # In namespaces of its own.
 run() { # FOLDER USER COMMAND...
     mount -t proc proc "$1/proc"
-    mount -t sysfs -o ro sysfs "$1/sys"
+    mount --rbind /sys "$1/sys" # with its control groups
     mount -t devpts -o newinstance,ptmxmode=666 devpts "$1/dev/pts"
     mount -t tmpfs tmpfs "$1/dev/shm"
     hostname bare

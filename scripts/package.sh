@@ -36,7 +36,8 @@ trap 'rm -rf "$work"' EXIT
 chmod 755 "$work"
 list_files | sort >"$work/before"
 echo "== Installing it"
-"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq "$package" >/dev/null
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq "$package" >"$work/log" 2>&1 ||
+    { cat "$work/log" >&2 && exit 1; }
 
 echo "== Using it as an ordinary user"
 mkdir "$work/home"

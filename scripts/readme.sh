@@ -54,9 +54,9 @@ check_links() ( # FOLDER
         esac
     done
 )
-for page in $(grep -o '`man [a-z-]*`' ./*.md docs/*.md | sed 's/.* //; s/`//'); do
+while read -r page; do
     man -w "$page" >/dev/null || fail "no manual page $page"
-done
+done < <(grep -oh '[`]man [a-z-]*' ./*.md docs/*.md | sed 's/.* //')
 check_links .
 check_links out/installed/share/doc/velmorant
 version=$(tiffgen-run --version | sed 's/.* //')
