@@ -7,7 +7,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source=$PWD
-build=${BUILD:-build/release}
+build=${BUILD:-build}
 smallest=${1:-}
 
 work=$(mktemp -d)

@@ -44,6 +44,10 @@ function(velmorant_target target)
         -Woverloaded-virtual -Wimplicit-fallthrough -Wmissing-declarations
         $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wduplicated-branches -Wlogical-op>
         $<$<BOOL:${VELMORANT_WERROR}>:-Werror>)
+    if(VELMORANT_FUZZ) # what libFuzzer learns from; it needn't see comparisons
+        target_compile_options(${target} PRIVATE
+            -fsanitize=fuzzer-no-link -fno-sanitize-coverage=trace-cmp)
+    endif()
     if(VELMORANT_SANITIZE)
         # float-cast-overflow is not part of "undefined" everywhere.
         set(sanitizers -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all)

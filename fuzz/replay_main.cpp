@@ -1,5 +1,5 @@
-// replay_HARNESS FILE-OR-FOLDER...: runs the harness on each file, and on each file of a folder. A
-// finding ends the process as it ended the fuzzer; otherwise the status is 0.
+// fuzz_HARNESS FILE-OR-FOLDER..., where it is built without libFuzzer: runs the harness on each file, and on each
+// file of a folder. A finding ends the process as it ended the fuzzer; otherwise the status is 0.
 
 #include "fuzz/harness.h"
 

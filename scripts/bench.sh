@@ -5,14 +5,14 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/packages.sh libbenchmark-dev
-scripts/build.sh release -DVELMORANT_BENCH=ON
+scripts/build.sh plain -DVELMORANT_BENCH=ON
 echo "== Timing the stages"
 if [ "${1:-}" = --smallest ]; then
-    build/release/bench/stage_bench --benchmark_min_time=0.01 --benchmark_filter='/(64/64/32|4|64)/real_time'
+    build/bench/stage_bench --benchmark_min_time=0.01 --benchmark_filter='/(64/64/32|4|64)/real_time'
     echo "== Timing whole runs"
     ROUNDS=3 bench/whole_program.sh --smallest
 else
-    build/release/bench/stage_bench
+    build/bench/stage_bench
     echo "== Timing whole runs"
     bench/whole_program.sh
 fi

@@ -7,9 +7,9 @@ cd "$(dirname "$0")/.."
 rounds=${1:-5}
 scripts/packages.sh time
 scripts/build.sh >/dev/null
-cmake --install build/release --prefix "$PWD/build/recipes" >/dev/null
+cmake --install build --prefix "$PWD/build/recipes" >/dev/null
 export PATH=$PWD/build/recipes/bin:$PATH
-make=$PWD/build/release/examples/make_phantom
+make=$PWD/build/examples/make_phantom
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 export TMPDIR=$work

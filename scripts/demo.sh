@@ -6,10 +6,10 @@ cd "$(dirname "$0")/.."
 scripts/packages.sh man-db # for the reader of README.md's tour
 scripts/build.sh
 mkdir -p out
-cp build/release/tiffgen palettes/rainbow.plt out/
+cp build/tiffgen palettes/rainbow.plt out/
 cd out
 echo "== Making up a study: out/phantom.img, 4 frames at 2 bed positions"
-../build/release/examples/make_phantom SHORTINT2L phantom.img
+../build/examples/make_phantom SHORTINT2L phantom.img
 echo "== ./tiffgen makes its preference files, GLOBAL.prf and tiffgen.prf"
 ./tiffgen >/dev/null || [ $? -eq 255 ] # the usage text's status
 echo "== ./tiffgen phantom.img phantom 0.0 -f4 -s1"

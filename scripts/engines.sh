@@ -11,7 +11,7 @@ if [ "${#engines[@]}" -eq 0 ]; then
 fi
 
 scripts/build.sh
-cmake --install build/release --prefix "$PWD/build/recipes" >/dev/null
+cmake --install build --prefix "$PWD/build/recipes" >/dev/null
 export PATH=$PWD/build/recipes/bin:$PATH
 export recipes=$PWD/build/recipes/share/velmorant/recipes
 page=$PWD/docs/batch.md
@@ -23,7 +23,7 @@ export TMPDIR=$work/tmp
 export studies=$work/studies.tsv
 export SLURM_CONF=$work/cluster/slurm.conf
 trap '[ ! -e "$SLURM_CONF" ] || "$one_node_slurm" stop "$work/cluster"; rm -rf "$work"' EXIT
-scripts/cohort.sh "$work" "$PWD/build/release/examples"
+scripts/cohort.sh "$work" "$PWD/build/examples"
 cp -r "$work/studies" "$work/as-made"
 
 prepare_parallel() {

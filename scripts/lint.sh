@@ -17,11 +17,11 @@ done
 # Many sources in one file, because the checks go through all that a file includes, which takes them longer than
 # the sources themselves. The static analyzer, told to look at what is included, goes through so many states of a
 # procedure, a tenth of its own limit, which takes it half the time.
-rm -rf build/lint
-cmake --preset clang -B build/lint -DVELMORANT_BENCH=ON -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=14 >/dev/null
-tidy=(xargs -0 -n 1 -P "$(nproc)" clang-tidy --quiet -p build/lint
+rm -rf build-lint
+cmake --preset clang -B build-lint -DVELMORANT_BENCH=ON -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=14 >/dev/null
+tidy=(xargs -0 -n 1 -P "$(nproc)" clang-tidy --quiet -p build-lint
     --extra-arg=-Xclang --extra-arg=-analyzer-opt-analyze-headers
     --extra-arg=-Xclang --extra-arg=-analyzer-config --extra-arg=-Xclang --extra-arg=max-nodes=20000)
-find build/lint/{tests,fuzz,bench} -name 'unity_*.cxx' -print0 | "${tidy[@]}" --config-file=tests/.clang-tidy
-find build/lint -name 'unity_*.cxx' -not -path 'build/lint/tests/*' -not -path 'build/lint/fuzz/*' \
-    -not -path 'build/lint/bench/*' -print0 | "${tidy[@]}" --checks=-bugprone-suspicious-include
+find build-lint/{tests,fuzz,bench} -name 'unity_*.cxx' -print0 | "${tidy[@]}" --config-file=tests/.clang-tidy
+find build-lint -name 'unity_*.cxx' -not -path 'build-lint/tests/*' -not -path 'build-lint/fuzz/*' \
+    -not -path 'build-lint/bench/*' -print0 | "${tidy[@]}" --checks=-bugprone-suspicious-include

@@ -12,7 +12,7 @@ export SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct 2>/dev/n
 umask 022
 mkdir -p out
 rm -f out/*.deb
-cpack --config build/release/CPackConfig.cmake -B build/package >build/package.log
+cpack --config build/CPackConfig.cmake -B build/package >build/package.log
 cp build/package/*.deb out/
 package=$(echo "$PWD"/out/*.deb)
 echo "== The package: $package"
@@ -41,7 +41,7 @@ echo "== Installing it"
 
 echo "== Using it as an ordinary user"
 mkdir "$work/home"
-build/release/examples/make_phantom SHORTINT2L "$work/home/phantom.img" 64 64 12
+build/examples/make_phantom SHORTINT2L "$work/home/phantom.img" 64 64 12
 "${as_root[@]}" chown -R nobody "$work/home"
 (
     cd "$work/home"

@@ -4,7 +4,7 @@
 set -euo pipefail
 
 if ! command -v apt-get >/dev/null; then
-    echo "packages.sh: this is not Debian; what is needed goes there by the names $*" >&2
+    echo "packages.sh: no apt-get here; needed, by Debian's names: $*" >&2
     exit 0
 fi
 missing=()

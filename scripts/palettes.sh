@@ -7,8 +7,8 @@ scripts/packages.sh imagemagick fonts-dejavu-core
 scripts/build.sh
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-cp build/release/tiffgen "$work"
-build/release/examples/make_phantom FLOATL "$work/phantom.img" 56 56 6
+cp build/tiffgen "$work"
+build/examples/make_phantom FLOATL "$work/phantom.img" 56 56 6
 palettes=(rainbow spectrum turbo hot-iron hot-metal-blue pet pet-20-step viridis inferno gray inverted-gray)
 for palette in "${palettes[@]}"; do
     status=0

@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/build.sh
-programs=$PWD/build/release
+programs=$PWD/build
 seeds=$PWD/fuzz/seeds
 mkdir -p "$seeds"/{raw,ecat,preference,palette,options,formats,check,nifti}
 work=$(mktemp -d)

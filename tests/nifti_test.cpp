@@ -355,7 +355,16 @@ TEST(NiftiFrames, FollowOneAnotherAndOneOfThemBecomesThePicture)
         "tiffgen-run --format NIFTI --check-study i.nii n 0.0 -f4; ls -A");
     EXPECT_EQ(said, "tiffgen-run: i.nii: there is no frame 4\nstatus 0: "
                     "frame 3, bed 0: 0 to 3921\ni.nii\nn.tif\no.hdr\no.img\no.tif\n");
-    // On a terminal, a line that makes room for what is said.
+}
+
+TEST(NiftiFrames, AreCountedOnATerminalInALineThatMakesRoomForWhatIsSaid)
+{
+    SKIP_WITHOUT("script");
+    const test::EmptyFolder folder;
+    NiftiFile file = store_head(Upright);
+    file.size.push_back(3);
+    file.data += file.data + file.data;
+    convert(file);
     const std::string clear = "\r\033[K";
     EXPECT_EQ(test::installed("script -qec 'nifti-to-raw i.nii o.img' /dev/null"),
               "status 0: " + clear + "nifti-to-raw: converting frame 1 of 3" + clear +

@@ -23,6 +23,12 @@ std::string summary(const Outcome &outcome);
 // The summary of a shell that runs a command.
 std::string shell(const std::string &command);
 
+// Ends a test that needs a program which isn't there.
+#define SKIP_WITHOUT(program)                                                                      \
+    if (test::shell("command -v " program " >/dev/null") != "status 0: ") {                        \
+        GTEST_SKIP() << "there is no " program;                                                    \
+    }
+
 // Stands before a shell's command that the rights of files are to bind, even where it is root's.
 inline const std::string BoundByRights =
     "$(test $(id -u) != 0 || echo setpriv --bounding-set -dac_override) ";
