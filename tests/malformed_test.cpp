@@ -34,8 +34,6 @@ static std::string whole_ending(const std::string &ending)
     return ending == "." ? "status 1: Max=" : ending;
 }
 
-static int Cases;
-
 // Runs the program on the working directory's a.img, and looks at its ending.
 static void expect_ending(const std::string &ending, const std::string &label,
                           const std::vector<std::string> &options = {})
@@ -48,7 +46,6 @@ static void expect_ending(const std::string &ending, const std::string &label,
     const std::string found = outcome.err + "status " + std::to_string(outcome.status) + ": " +
                               out.substr(out.rfind('\n') + 1);
     EXPECT_TRUE(found.starts_with(whole_ending(ending))) << label << " ended with " << found;
-    ++Cases;
 }
 
 static std::vector<std::string> split(const std::string &endings)
@@ -137,16 +134,6 @@ TEST(Malformed, TextHeaders)
     run("!data format :=1\n!pixel scaling value :=inf", ".");
     run("number of frames :=2147483647\nnumber of beds :=2147483647", ".");
 
-    std::string whole = test::text_header();
-    for (int lines = 13; lines > 0; --lines) {
-        make_folder(Pixels, whole);
-        expect_ending(lines < 8 ? "N" : lines == 8 ? "P9 x 0" : ".", std::to_string(lines));
-        whole.erase(whole.rfind('\n', whole.size() - 2) + 1);
-    }
-    for (std::size_t bytes = 0; bytes < Pixels.size(); ++bytes) {
-        make_folder(Pixels.substr(0, bytes), test::text_header());
-        expect_ending(".", std::to_string(bytes) + " bytes");
-    }
     for (const float pixel : {test::NotANumber, test::Infinity, -test::Infinity, 3e38F, -3e38F}) {
         std::vector<float> pixels(18, 1.0F);
         pixels[7] = pixel;
@@ -174,9 +161,7 @@ TEST(Malformed, PreferencesAndOptions)
                                    {"Minimal Pixel Cutoff Value", "."}};
     const auto set_preference = [](const std::string &line, const std::string &ending) {
         make_folder(Pixels, test::text_header(), line);
-        // A check value above every pixel leaves none in field, and says so.
-        const bool in_field = !line.starts_with("Check Value") || !line.ends_with(":=inf");
-        expect_ending(in_field ? ending : ".", line, {"-s1"});
+        expect_ending(ending, line, {"-s1"});
     };
     for_each_line(Whole, Integers, set_preference);
     for_each_line(Real, Reals, set_preference);
@@ -288,15 +273,4 @@ TEST(Malformed, EcatFiles)
         }
     }
     run(endless_study(), "a thousand million matrices", "G");
-
-    const std::string whole = test::small_ecat_study().bytes;
-    for (std::size_t bytes = whole.size(); bytes > 0;) {
-        bytes -= 256;
-        test::EcatFile cut;
-        cut.bytes = whole.substr(0, bytes);
-        run(cut, std::to_string(bytes) + " bytes",
-            "status 255: fread error in mat_rblk (" +
-                std::string(bytes + 1024 >= whole.size() ? "1024" : "512") + " expected, ");
-    }
-    std::printf("%d cases\n", Cases);
 }
