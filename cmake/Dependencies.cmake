@@ -1,5 +1,5 @@
-# What a build stands on. All that is missing is named at once, each with its Debian package and the option
-# that leaves it out.
+# What a build needs. Reports everything missing at once, with its Debian package and the option to build
+# without it.
 
 function(velmorant_need found what package option)
     if(NOT found)
@@ -68,5 +68,5 @@ endif()
 
 if(velmorant_missing)
     message(FATAL_ERROR "This build lacks${velmorant_missing}\n"
-            "The packages are Debian's. README.md lists those of a whole build.")
+            "The packages are Debian's.")
 endif()

@@ -33,11 +33,9 @@ install(FILES ${PROJECT_BINARY_DIR}/preferences/GLOBAL.prf ${PROJECT_BINARY_DIR}
         DESTINATION ${velmorant_datadir}/preferences)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/palettes DESTINATION ${velmorant_datadir}
         FILES_MATCHING PATTERN *.plt)
-install(PROGRAMS ${PROJECT_SOURCE_DIR}/recipes/contact-sheets.sh ${PROJECT_SOURCE_DIR}/recipes/missing-pictures
-                 ${PROJECT_SOURCE_DIR}/recipes/parallel.sh ${PROJECT_SOURCE_DIR}/recipes/slurm-array.sh
-        DESTINATION ${velmorant_datadir}/recipes)
-install(FILES ${PROJECT_SOURCE_DIR}/recipes/Snakefile ${PROJECT_SOURCE_DIR}/recipes/pictures.nf
-        DESTINATION ${velmorant_datadir}/recipes)
+set(executable PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/recipes DESTINATION ${velmorant_datadir}
+        PATTERN *.sh ${executable} PATTERN missing-pictures ${executable})
 
 # velmorant_edit(FROM TO REGEX REPLACEMENT): makes a file to install from one of the tree.
 function(velmorant_edit from to regex replacement)
@@ -47,12 +45,12 @@ function(velmorant_edit from to regex replacement)
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${from}")
 endfunction()
 
-# Manual pages, without the lines on programs that are not built; such a line ends with a comment.
+# Manual pages, without the lines marked "if nifti" when nifti-to-raw is not built.
 set(pages ${PROJECT_SOURCE_DIR}/man)
 if(NOT VELMORANT_NIFTI)
     set(pages ${PROJECT_BINARY_DIR}/man)
     file(REMOVE_RECURSE "${pages}")
-    file(GLOB names RELATIVE ${PROJECT_SOURCE_DIR}/man ${PROJECT_SOURCE_DIR}/man/*)
+    file(GLOB names CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}/man ${PROJECT_SOURCE_DIR}/man/*)
     list(REMOVE_ITEM names nifti-to-raw.1)
     foreach(name IN LISTS names)
         velmorant_edit(${PROJECT_SOURCE_DIR}/man/${name} ${pages}/${name} "[^\n]*\\\\\" if nifti\n" "")
@@ -63,7 +61,7 @@ foreach(section 1 5)
             FILES_MATCHING PATTERN *.${section})
 endforeach()
 
-# The documentation; a link to what is not installed becomes its text.
+# The documentation. A link to what is not installed, or has another name in a package, becomes its text.
 set(velmorant_docdir ${CMAKE_INSTALL_DATAROOTDIR}/doc/velmorant)
 velmorant_edit(${PROJECT_SOURCE_DIR}/README.md ${PROJECT_BINARY_DIR}/README.md
     "\\[([^]]*)\\]\\((CONTRIBUTING.md|CHANGELOG.md|LICENSE)\\)" "\\1")

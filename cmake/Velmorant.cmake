@@ -1,9 +1,5 @@
 # velmorant_target(TARGET): language, arithmetic and warnings, the same for every target of the house.
 
-if(CMAKE_SOURCE_DIR STREQUAL CMAKE_BINARY_DIR)
-    message(FATAL_ERROR "Build in a folder of its own, as the presets do")
-endif()
-
 # What distributions build their programs with, so that a fault ends a run instead of harming more:
 # checked copies, container bounds, stack guards, and addresses that nobody can guess or overwrite.
 include(CheckCXXCompilerFlag)
@@ -47,6 +43,7 @@ function(velmorant_target target)
     if(VELMORANT_FUZZ) # what libFuzzer learns from; it needn't see comparisons
         target_compile_options(${target} PRIVATE
             -fsanitize=fuzzer-no-link -fno-sanitize-coverage=trace-cmp)
+        target_link_options(${target} PUBLIC -fsanitize=fuzzer-no-link)
     endif()
     if(VELMORANT_SANITIZE)
         # float-cast-overflow is not part of "undefined" everywhere.

@@ -50,11 +50,11 @@ _velmorant_formats() { # WORD [MORE]
 }
 
 # An installation may be moved: its palettes are found from this file.
-_velmorant_palettes_folder=$(cd "${BASH_SOURCE[0]%/*}/../../velmorant/palettes" 2>/dev/null && pwd)
+_velmorant_palettes_folder=$(CDPATH='' cd -- "${BASH_SOURCE[0]%/*}/../../velmorant/palettes" 2>/dev/null && pwd)
 
 _velmorant_palettes() { # WORD
     local file names=()
-    for file in "$_velmorant_palettes_folder"/*.plt; do
+    for file in "${_velmorant_palettes_folder:-/nowhere}"/*.plt; do
         file=${file##*/}
         names+=("${file%.plt}")
     done
@@ -73,8 +73,9 @@ _tiffgen_run() {
     elif [ "$word" = = ]; then
         word=
     fi
-    local nifti='' nifti_options=''
-    if command -v nifti-to-raw >/dev/null; then
+    local nifti='' nifti_options='' program
+    program=$(type -P -- "${COMP_WORDS[0]}")
+    if [ -x "${program%/*}/nifti-to-raw" ]; then
         nifti=NIFTI
         nifti_options='--form --orientation'
     fi

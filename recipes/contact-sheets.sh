@@ -3,8 +3,12 @@
 # SHEETS-001.png and SHEETS-001.pdf, an A4 page, and so on. With ImageMagick's montage, libtiff's tiff2pdf and
 # the font DejaVu Sans: Debian's imagemagick, libtiff-tools and fonts-dejavu-core.
 set -eu
-pictures=$1
-sheets=$2
+pictures=${1:?PICTURES SHEETS}
+sheets=${2:?PICTURES SHEETS}
+[ -d "$pictures" ] || {
+    echo "contact-sheets.sh: no folder $pictures" >&2
+    exit 1
+}
 page=0
 make_page() { # PICTURE...
     page=$((page + 1))

@@ -7,7 +7,7 @@
 # column Exitval. Ends with the number of studies that failed, or 101 where there are more than a hundred.
 # What is there decides, and not parallel's own --resume, which takes the lines of any list for those of the one before.
 set -u
-studies=$1
+studies=${1:?STUDIES PICTURES [JOBS]}
 pictures=${2%/}
 tab=$(printf '\t')
 [ -r "$studies" ] || {

@@ -1,19 +1,24 @@
 #!/usr/bin/env bash
-# bare_machine.sh: a machine that has nothing but Debian 12, git, a C++ compiler and sudo, in a folder. Wants root.
+# bare_machine.sh: a machine in a folder, with only Debian 12, git, a C++ compiler and sudo. Needs root. The machine
+# has its own processes and files; the network and /sys are this machine's.
 #
-#   possible                         whether one can be had here
+#   possible                         succeeds if a machine can be made here
 #   make FOLDER                      makes it, with an ordinary user, "reader", who may use sudo
-#   run FOLDER USER COMMAND...       runs a command in it, in the user's home; nothing that the command leaves
-#                                    running goes on
+#   run FOLDER USER COMMAND...       runs a command in it, in the user's home, and ends whatever it leaves running
 #
-# DEBIAN_MIRROR: the mirror to take Debian from, where it isn't debootstrap's own.
+# DEBIAN_MIRROR: the mirror to take Debian from instead of debootstrap's own.
 set -euo pipefail
 
 apart=(unshare --mount --uts --pid --fork --kill-child)
 
 is_possible() {
+    # shellcheck disable=SC2016 # words of that shell
     [ "$(id -u)" -eq 0 ] && command -v apt-get >/dev/null &&
-        "${apart[@]}" mount -t proc proc /proc 2>/dev/null
+        "${apart[@]}" sh -euc '
+            mount -t tmpfs tmpfs /mnt
+            mknod /mnt/null c 1 3
+            echo >/mnt/null
+            mount -t proc proc /proc' 2>/dev/null
 }
 
 make() { # FOLDER
@@ -24,7 +29,7 @@ make() { # FOLDER
         tail -n 20 "$1.log" >&2
         exit 1
     fi
-    # Packages come from where and as this machine gets them, and need not reach the disk.
+    # apt-get reaches the mirror as it does here. Nothing has to survive a crash.
     apt-config dump Acquire::http Acquire::https Acquire::Check-Date Acquire::Check-Valid-Until \
         >"$1/etc/apt/apt.conf.d/00acquire"
     echo force-unsafe-io >"$1/etc/dpkg/dpkg.cfg.d/unsafe-io"
@@ -43,7 +48,7 @@ run() { # FOLDER USER COMMAND...
     hostname bare
     local home
     home=$(chroot "$1" getent passwd "$2" | cut -d: -f 6)
-    # The command isn't the first process, which no signal ends.
+    # runuser stays in front: no signal ends a namespace's first process.
     chroot "$1" runuser -u "$2" -- env -i "HOME=$home" "USER=$2" "TERM=${TERM:-dumb}" \
         PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin \
         ${http_proxy:+"http_proxy=$http_proxy"} ${https_proxy:+"https_proxy=$https_proxy"} \
@@ -53,6 +58,10 @@ run() { # FOLDER USER COMMAND...
 case $1 in
 possible) is_possible ;;
 make) make "$2" ;;
-run) "${apart[@]}" "$0" inside "${@:2}" ;;
+run) exec "${apart[@]}" "$0" inside "${@:2}" ;;
 inside) run "${@:2}" ;;
+*)
+    echo "bare_machine.sh: unknown command $1" >&2
+    exit 2
+    ;;
 esac

@@ -1,14 +1,23 @@
 #!/usr/bin/env bash
-# package.sh [--try]: makes a Debian package, in out/: of one tree always the same bytes. With --try it is installed, used by an ordinary
-# user from another folder, and removed again, which has to leave nothing.
+# package.sh [--try]: makes a Debian package in out/; the same tree always gives the same bytes. With --try it is
+# installed, used by an ordinary user from another folder, and removed again, which has to leave nothing.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/packages.sh dpkg-dev file man-db pkg-config
-export LC_ALL=C.UTF-8 # or CPack passes over a folder that isn't ASCII
-scripts/build.sh
-# Nothing in the package is younger than the tree, and rights aren't those of whoever makes it.
-export SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct 2>/dev/null || stat -c %Y CHANGELOG.md)}
+export LC_ALL=C.UTF-8 # CPack skips folders with non-ASCII names in the C locale
+# As it is built on its own, whatever is in build/.
+scripts/build.sh plain -UVELMORANT_{PROGRAMS,NIFTI,TESTS,STATIC,SANITIZE,FUZZ,HARDEN,INSTALL} '-UCMAKE_INSTALL_*DIR' \
+    -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX=/usr/local
+# Nothing in the package depends on who makes it, where and when.
+if [ -z "${SOURCE_DATE_EPOCH:-}" ]; then
+    if [ -e .git ]; then
+        SOURCE_DATE_EPOCH=$(git log -1 --format=%ct)
+    else
+        SOURCE_DATE_EPOCH=$(stat -c %Y CHANGELOG.md)
+    fi
+fi
+export SOURCE_DATE_EPOCH
 umask 022
 mkdir -p out
 rm -f out/*.deb

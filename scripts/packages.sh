@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# packages.sh PACKAGE...: installs those of the Debian packages that are missing. Elsewhere it only says which
-# they are.
+# packages.sh PACKAGE...: installs those of the Debian packages that are missing. Without apt-get it only lists
+# them.
 set -euo pipefail
 
 if ! command -v apt-get >/dev/null; then
@@ -21,13 +21,17 @@ echo "== Installing ${missing[*]}"
 as_root=()
 if [ "$(id -u)" -ne 0 ]; then
     as_root=(sudo)
+    if ! command -v sudo >/dev/null; then
+        echo "packages.sh: root is needed for: apt-get install ${missing[*]}" >&2
+        exit 1
+    fi
 fi
 log=$(mktemp)
 trap 'rm -f "$log"' EXIT
-# What the package system says matters where it fails.
+# Show apt-get's output only if it fails.
 if ! { "${as_root[@]}" apt-get update -qq && "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
     apt-get install -y -qq --no-install-recommends "${missing[@]}"; } >"$log" 2>&1; then
     cat "$log" >&2
-    echo "packages.sh: can't install ${missing[*]}" >&2
+    echo "packages.sh: this failed: apt-get install ${missing[*]}" >&2
     exit 1
 fi

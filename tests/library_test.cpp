@@ -74,7 +74,7 @@ TEST(InstalledFiles, WorkWhereTheyWereMoved)
                   "status 0: ");
     }
     // As they are where NIfTI images are left out.
-    EXPECT_EQ(test::installed("rm \"it's ü/bin/nifti-to-raw\"; ./run --help | grep -i nifti; "
+    EXPECT_EQ(test::installed("rm -f \"it's ü/bin/nifti-to-raw\"; ./run --help | grep -i nifti; "
                               "./run --format NIFTI a.nii o 0"),
               "tiffgen-run: no NIfTI images are read here: there is no " + moved +
                   "/bin/nifti-to-raw\nTry 'tiffgen-run --help'.\nstatus 2: ");
@@ -115,6 +115,13 @@ TEST(InstalledFiles, CompleteCommandLines)
         {"_tiffgen_run", "tiffgen-run --palette vi", "viridis\n"},
         {"_tiffgen_run", "tiffgen-run --palette = a.h", "a.hdr\n"},
         {"_tiffgen_run", "tiffgen-run --palette pet a.i", "a.img\n"},
+#ifdef VELMORANT_NIFTI
+        {"_tiffgen_run", "tiffgen-run --format N", "NIFTI\n"},
+        {"_tiffgen_run", "tiffgen-run --o", "--orientation\n"},
+#else
+        {"_tiffgen_run", "tiffgen-run --format N", "\n"},
+        {"_tiffgen_run", "tiffgen-run --o", "\n"},
+#endif
         {"_tiffgen_check", "tiffgen-check s", "study\n"},
         {"_tiffgen_check", "tiffgen-check study FLOATL my", "my studies\n"},
         {"_nifti_to_raw", "nifti-to-raw --form = s", "sform\n"},

@@ -111,10 +111,10 @@ TEST(Wrapper, HasOrdinaryStatuses)
         {"--format CTI a.img o 0", 2, "unknown format CTI" + usage},
         {"--format", 2, "--format needs a value" + usage},
         {"--check-study a.img o 0", 2, "--check-study needs --format" + usage},
-        {"--form sform a.img o 0", 2, "--form and --orientation are for --format NIFTI" + usage},
         {"--palette= a.img o 0", 2, "--palette needs a value" + usage},
         {"--colour a.img o 0", 2, "unknown option --colour" + usage},
 #ifdef VELMORANT_NIFTI
+        {"--form sform a.img o 0", 2, "--form and --orientation are for --format NIFTI" + usage},
         {"--format NIFTI a.img o 0", 1, "a.img: no NIfTI-1 or NIfTI-2 image: a.img"},
         {"--format NIFTI none.nii o 0", 1, "none.nii: can't open none.nii"},
         {"--format NIFTI a.nii nifti 0", 1, "a.nii: the output would replace a.nii"},

@@ -42,7 +42,9 @@ int run_with_faults(const std::string &fault, const std::string &program,
                     const std::function<void(const Outcome &, bool)> &check)
 {
     // By its name and its folder: a path to preload would end at a blank.
-    setenv("LD_LIBRARY_PATH", FAULTS, 1);
+    const char *folders = std::getenv("LD_LIBRARY_PATH");
+    const std::string before_faults = folders != nullptr ? folders : "";
+    setenv("LD_LIBRARY_PATH", (FAULTS ":" + before_faults).c_str(), 1);
     setenv("LD_PRELOAD", "libfaults.so", 1);
     setenv("FAULT_MARK", std::filesystem::absolute("mark").c_str(), 1);
     int number = 0;
@@ -55,7 +57,7 @@ int run_with_faults(const std::string &fault, const std::string &program,
         check(outcome, happened);
     }
     unsetenv("LD_PRELOAD");
-    unsetenv("LD_LIBRARY_PATH");
+    setenv("LD_LIBRARY_PATH", before_faults.c_str(), 1);
     return number - 1;
 }
 

@@ -29,7 +29,7 @@ std::string shell(const std::string &command);
         GTEST_SKIP() << "there is no " program;                                                    \
     }
 
-// Stands before a shell's command that the rights of files are to bind, even where it is root's.
+// Shell prefix: file permissions apply to the command even for root.
 inline const std::string BoundByRights =
     "$(test $(id -u) != 0 || echo setpriv --bounding-set -dac_override) ";
 
