@@ -36,12 +36,12 @@ fi
 as_nobody=(setpriv "--reuid=nobody" "--regid=nogroup" --clear-groups env -i "PATH=/usr/bin:/bin")
 # What the package system itself and its triggers write is not the package's.
 list_files() {
-    find / -xdev \( -path /proc -o -path /sys -o -path /dev -o -path /tmp -o -path /var/lib/dpkg -o \
+    "${as_root[@]}" find / -xdev \( -path /proc -o -path /sys -o -path /dev -o -path /tmp -o -path /var/lib/dpkg -o \
         -path /var/cache -o -path /var/log -o -path /var/lib/apt -o -path /run -o -path "$PWD" \) -prune -o -print
 }
 
 work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+trap '"${as_root[@]}" rm -rf "$work"' EXIT
 chmod 755 "$work"
 list_files | sort >"$work/before"
 echo "== Installing it"
@@ -71,7 +71,7 @@ rm "$work/sibling"
 
 echo "== Removing it"
 "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get purge -y -qq velmorant >/dev/null
-rm -r "${work:?}/home"
+"${as_root[@]}" rm -r "${work:?}/home"
 list_files | sort >"$work/after"
 if ! diff "$work/before" "$work/after"; then
     echo "package.sh: the package left something behind, or took it away" >&2
