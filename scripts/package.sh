@@ -36,8 +36,9 @@ fi
 as_nobody=(setpriv "--reuid=nobody" "--regid=nogroup" --clear-groups env -i "PATH=/usr/bin:/bin")
 # What the package system itself and its triggers write is not the package's.
 list_files() {
-    "${as_root[@]}" find / -xdev \( -path /proc -o -path /sys -o -path /dev -o -path /tmp -o -path /var/tmp -o -path /var/lib/dpkg -o \
-        -path /var/cache -o -path /var/log -o -path /var/lib/apt -o -path /run -o -path "$PWD" \) -prune -o -print
+    "${as_root[@]}" find / -xdev \( -path /proc -o -path /sys -o -path /dev -o -path /run -o -path /tmp -o \
+        -path /var/tmp -o -path /var/lib/dpkg -o -path /var/lib/apt -o -path /var/cache -o -path /var/log -o \
+        -path "$PWD" \) -prune -o -print
 }
 
 work=$(mktemp -d)
