@@ -3,17 +3,17 @@
 #include "app/montage.h"
 #include "app/palette.h"
 #include "app/picture.h"
-#include "image/allocate.h"
 #include "image/format_dispatch.h"
 #include "image/image_geometry.h"
 #include "image/image_header.h"
 #include "image/normalisation.h"
 #include "image/output_check.h"
+#include "image/volume_pixels.h"
 #include "prefs/preference_sets.h"
 #include "prefs/settings.h"
 
 #include <string>
-#include <vector>
+#include <utility>
 
 namespace velmorant
 {
@@ -44,11 +44,19 @@ static PictureStyle choose_style(const RunRequest &request, const ImageHeader &h
 // No picture may take the place of what the run reads.
 static void check_picture_name(const RunRequest &request)
 {
-    std::vector<std::string> read = image_files(FnImageHdr.data(), FileFormat.data());
-    read.insert(read.end(), {FnImage.data(), FnPalette.data(), request.preference_file.data(),
-                             std::string(request.program_directory.data()) + GlobalPreferenceName});
+    const std::string read[] = {header_file(FnImageHdr.data(), FileFormat.data()), FnImage.data(),
+                                FnPalette.data(), request.preference_file.data(),
+                                std::string(request.program_directory.data()) +
+                                    GlobalPreferenceName};
     const std::string picture = FnTiff.data();
     check_output({&picture, 1}, read);
+}
+
+// The volume that the settings name, ready to be read.
+static VolumePixels open_target(const ImageHeader &header, const ImageMatrix &selector)
+{
+    Block<float> buffer = allocate_box_buffer(header);
+    return {open_volume(FnImage.data(), header, selector, FileFormat.data()), std::move(buffer)};
 }
 
 void make_picture(const RunRequest &request)
@@ -56,23 +64,18 @@ void make_picture(const RunRequest &request)
     load_palette(FnPalette.data());
     const ImageHeader header = read_study_header();
     check_picture_name(request);
-    PictureStyle style = choose_style(request, header);
-    const PictureSize picture_size = measure_picture(style);
-
-    const auto size = static_cast<std::int32_t>(image_size(header));
-    const Block<float> volume(allocate_float_zero(size, "ImgTarget"));
-    read_image_planes(FnImage.data(), volume.get(), header, request.selector, FileFormat.data());
+    VolumePixels volume = open_target(header, request.selector);
 
     NormValues values{};
-    norm_histogram(volume.get(), header, INT_NormSet, values, INT_OutOfFieldCheck);
+    norm_histogram(volume, INT_NormSet, values, INT_OutOfFieldCheck);
     print_normvalue(values);
+    PictureStyle style = choose_style(request, header);
     if (request.max_pixel_value == 0.0F) {
-        // Done as the pixels are rendered: a pass over the volume less.
         style.mapping.rescaling = {INT_Global / values.max, INT_OutOfFieldCheck,
                                    INT_OutOfFieldValue};
         style.mapping.range.top = INT_Global;
     }
-    write_picture(FnTiff.data(), volume.get(), header, style, picture_size);
+    write_picture(FnTiff.data(), volume, style, measure_picture(style));
 }
 
 } // namespace velmorant

@@ -5,11 +5,11 @@
 namespace velmorant
 {
 
-// The way of the data, from the files that the settings name to the picture: palette, header,
-// volume, normalisation, montage, TIFF file. Prints the lines about the volume. The picture's size
-// is looked at before the volume is allocated and read, so that a wrong header costs neither memory
-// nor time. A picture that would take the place of a file that is read ends the run as
-// `check_output` says; what else ends it is told by the headers of the steps.
+// The way of the data, from the files that the settings name to the picture: palette, header, volume,
+// normalisation, montage, TIFF file. Prints the lines about the volume. The volume stays in its file: each
+// step reads it as often as it needs, in pieces.
+// Fatal: a picture that would take the place of a file that is read, as `check_output` says; and what the
+// headers of the steps say, in this order.
 void make_picture(const RunRequest &request);
 
 } // namespace velmorant

@@ -1,6 +1,5 @@
 #include "app/montage.h"
 
-#include "image/expect_pixels.h"
 #include "image/wide_vectors.h"
 #include "prefs/error_report.h"
 
@@ -60,44 +59,50 @@ static void map_pixels(const float *pixels, std::size_t count, const PixelMappin
     }
 }
 
-static std::span<const float> slice_pixels(const float *volume, const ImageHeader &header,
-                                           std::int32_t slice)
+// As many rows of the slices of a tile row as are read together, the given one among them.
+static VolumeBox band_of(VolumeBox row, const Placement &down)
 {
-    const auto size =
-        static_cast<std::size_t>(header.x_dim) * static_cast<std::size_t>(header.y_dim);
-    return {volume + static_cast<std::size_t>(slice) * size, size};
+    const auto row_pixels = static_cast<std::int32_t>(box_size(row));
+    const std::int32_t band = static_cast<std::int32_t>(VolumePixels::BoxRoom) / row_pixels;
+    const std::int32_t end = down.source + (down.last - down.first);
+    row.y -= (row.y - down.source) % band;
+    row.height = std::min(band, end - row.y);
+    return row;
 }
 
-void render_montage_row(const float *volume, const ImageHeader &header, const MontageGrid &grid,
-                        const PixelMapping &mapping, std::int32_t row,
-                        std::span<std::uint8_t> indices)
+void render_montage_row(VolumePixels &volume, const MontageGrid &grid, const PixelMapping &mapping,
+                        std::int32_t row, std::span<std::uint8_t> indices)
 {
     std::ranges::fill(indices, palette_index(0.0F, mapping.range));
+    const ImageHeader &header = volume.header();
     const Placement across = centre(header.x_dim, grid.slice_width);
     const Placement down = centre(header.y_dim, grid.slice_height);
     const std::int32_t tile_y = row % grid.slice_height;
-    if (tile_y < down.first || tile_y >= down.last) {
+    const std::int64_t room = static_cast<std::int64_t>(indices.size()) - across.first;
+    const auto width =
+        static_cast<std::int32_t>(std::min<std::int64_t>(across.last - across.first, room));
+    if (tile_y < down.first || tile_y >= down.last || width <= 0) {
         return;
     }
-    const std::int32_t y = down.source + (tile_y - down.first);
-    const auto row_pixels = static_cast<std::size_t>(header.x_dim);
-    const std::size_t place =
-        static_cast<std::size_t>(y) * row_pixels + static_cast<std::size_t>(across.source);
     const std::int32_t first_slice = row / grid.slice_height * grid.columns;
-    const std::int32_t slices = std::min(header.num_slices - first_slice, grid.columns);
+    const std::int64_t shown = (room + grid.slice_width - 1) / grid.slice_width; // columns
+    const auto slices = static_cast<std::int32_t>(
+        std::min<std::int64_t>(std::min(header.num_slices - first_slice, grid.columns), shown));
+    const std::int32_t y = down.source + (tile_y - down.first);
+    const VolumeBox box = band_of({across.source, y, first_slice, width, 1, slices}, down);
+    const BoxPixels pixels = volume.box(box);
     for (std::int32_t column = 0; column < slices; ++column) {
-        const std::int64_t start = std::int64_t{column} * grid.slice_width + across.first;
-        const std::int64_t room = static_cast<std::int64_t>(indices.size()) - start;
-        const std::int64_t count = std::min<std::int64_t>(across.last - across.first, room);
-        if (count <= 0) {
-            break;
+        const std::int64_t start = std::int64_t{column} * grid.slice_width;
+        const auto count = static_cast<std::size_t>(std::min<std::int64_t>(width, room - start));
+        std::uint8_t *tile = indices.data() + across.first + start;
+        if (pixels.first == nullptr) {
+            std::fill_n(tile, count,
+                        palette_index(rescale(0.0F, mapping.rescaling), mapping.range));
+        } else {
+            map_pixels(pixels.first + static_cast<std::size_t>(y - box.y) * pixels.row_stride +
+                           static_cast<std::size_t>(column) * pixels.slice_stride,
+                       count, mapping, tile);
         }
-        const std::span pixels = slice_pixels(volume, header, first_slice + column);
-        // The slice's next row is far from the other slices' rows, which come before it.
-        expect_pixels(pixels.data(), pixels.size(), place + row_pixels,
-                      static_cast<std::size_t>(count));
-        map_pixels(pixels.data() + place, static_cast<std::size_t>(count), mapping,
-                   indices.data() + start);
     }
 }
 

@@ -87,8 +87,8 @@ static TiffLine allocate_line(TIFF *tiff)
     return line;
 }
 
-static void write_rows(TIFF *tiff, const float *volume, const ImageHeader &header,
-                       const PictureStyle &style, const PictureSize &size)
+static void write_rows(TIFF *tiff, VolumePixels &volume, const PictureStyle &style,
+                       const PictureSize &size)
 {
     const TiffLine line = allocate_line(tiff);
     const auto width = static_cast<std::size_t>(size.width);
@@ -98,8 +98,7 @@ static void write_rows(TIFF *tiff, const float *volume, const ImageHeader &heade
     const PackedPalette palette = pack_palette();
     const ScaleBar bar = place_scale_bar(size.height, style.bar_length);
     for (std::int32_t row = 0; row < size.height; ++row) {
-        render_montage_row(volume, header, style.grid, style.mapping, row,
-                           indices.first(montage_width));
+        render_montage_row(volume, style.grid, style.mapping, row, indices.first(montage_width));
         std::ranges::fill(indices.subspan(montage_width),
                           style.gray ? scale_bar_gray(bar, row) : scale_bar_index(bar, row));
         if (!style.gray) {
@@ -111,8 +110,8 @@ static void write_rows(TIFF *tiff, const float *volume, const ImageHeader &heade
     }
 }
 
-void write_picture(const char *tiff_name, const float *volume, const ImageHeader &header,
-                   const PictureStyle &style, const PictureSize &size)
+void write_picture(const char *tiff_name, VolumePixels &volume, const PictureStyle &style,
+                   const PictureSize &size)
 {
     // By default the library prints its errors and warnings on standard error.
     TIFFSetErrorHandler(nullptr);
@@ -125,7 +124,7 @@ void write_picture(const char *tiff_name, const float *volume, const ImageHeader
         static_cast<void>(tiff.release());
         print_error_message(1, "can't allocate memory for tags");
     }
-    write_rows(tiff.get(), volume, header, style, size);
+    write_rows(tiff.get(), volume, style, size);
 }
 
 } // namespace velmorant

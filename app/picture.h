@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/montage.h"
-#include "image/image_header.h"
+#include "image/volume_pixels.h"
 
 #include <cstdint>
 
@@ -31,12 +31,11 @@ struct PictureSize {
 PictureSize measure_picture(const PictureStyle &style);
 
 // Renders a volume row by row into an uncompressed TIFF file, 8 bits a sample: gray, or RGB through
-// the tables of app/palette.h. One line of the picture is all that it holds beside the volume.
-//
-// Ends the run with "Can't write tiff file" where the file can't be created, and with "can't
-// allocate memory for scan line" or "... for tags". When a row can't be written the rest is left
-// out without a word.
-void write_picture(const char *tiff_name, const float *volume, const ImageHeader &header,
-                   const PictureStyle &style, const PictureSize &size);
+// the tables of app/palette.h. When a row can't be written the rest is left out without a word.
+// Fatal, and as `VolumePixels::box` says:
+//   "Can't write tiff file"                      the file can't be created
+//   "can't allocate memory for scan line"        or "... for tags"
+void write_picture(const char *tiff_name, VolumePixels &volume, const PictureStyle &style,
+                   const PictureSize &size);
 
 } // namespace velmorant

@@ -12,6 +12,7 @@
 #include <tiffio.h>
 
 using namespace velmorant;
+using bench::plain::Pixels;
 
 static PictureStyle style_of(const ImageHeader &header, bool gray)
 {
@@ -48,8 +49,9 @@ static void rendering_stage(benchmark::State &state, bool gray)
     const PackedPalette palette = pack_palette();
     const auto width = static_cast<std::size_t>(size.width);
     const std::size_t line_bytes = (gray ? 1 : ColourBytes) * width;
+    VolumePixels volume(study.pixels.data(), study.header);
     const auto render_row = [&](std::uint8_t *line, std::int32_t row) {
-        render_montage_row(study.pixels.data(), study.header, style.grid, style.mapping, row,
+        render_montage_row(volume, style.grid, style.mapping, row,
                            {line + line_bytes - width, width});
         if (!gray) {
             colour_row(line, width, palette);
@@ -92,8 +94,9 @@ static void writing_stage(benchmark::State &state, bool gray)
     const PictureSize size = measure_picture(style);
     make_palette();
     const std::string file = bench::scratch_file("picture.tif");
+    VolumePixels volume(study.pixels.data(), study.header);
     const auto write = [&] {
-        write_picture(file.c_str(), study.pixels.data(), study.header, style, size);
+        write_picture(file.c_str(), volume, style, size);
     };
     write();
     if (bench::check_stage(state, read_picture(file, size.height) == plain_picture(study, style))) {

@@ -6,27 +6,29 @@
 #include "app/montage.h"
 #include "app/palette_index.h"
 #include "image/image_header.h"
-#include "image/pixel_statistics.h"
+#include "image/volume_statistics.h"
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace bench::plain
 {
+
+using Pixels = std::span<const float>;
 
 // A raw volume's pixels. factor: real value of one stored unit, for 16-bit elements.
 std::vector<float> decode_shorts(const std::vector<std::uint8_t> &bytes, bool big_endian,
                                  bool is_signed, float factor);
 std::vector<float> decode_floats(const std::vector<std::uint8_t> &bytes, bool big_endian);
 
-velmorant::FieldRange find_range(velmorant::Pixels pixels, float check);
-std::size_t find_peak_bin(velmorant::Pixels pixels, float check, float lowest, float step,
-                          std::int32_t target, std::size_t bins);
-velmorant::BandSum sum_band(velmorant::Pixels pixels, float check, float lower, float upper);
+velmorant::FieldRange find_range(Pixels pixels, float check);
+std::size_t find_peak_bin(Pixels pixels, float check, float lowest, float step, std::int32_t target,
+                          std::size_t bins);
+velmorant::BandSum sum_band(Pixels pixels, float check, float lower, float upper);
 
 // The palette indices of a whole montage, row by row.
-std::vector<std::uint8_t> render_montage(velmorant::Pixels volume,
-                                         const velmorant::ImageHeader &header,
+std::vector<std::uint8_t> render_montage(Pixels volume, const velmorant::ImageHeader &header,
                                          const velmorant::MontageGrid &grid,
                                          const velmorant::PixelMapping &mapping);
 

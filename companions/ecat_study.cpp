@@ -2,10 +2,11 @@
 
 #include "ecat/directory.h"
 #include "ecat/headers.h"
+#include "ecat/image_reader.h"
 #include "ecat/matrix_number.h"
-#include "image/decode_pixels.h"
 #include "image/format_dispatch.h"
 #include "image/image_geometry.h"
+#include "image/stored_volume.h"
 #include "prefs/file_handle.h"
 #include "prefs/regular_file.h"
 
@@ -15,6 +16,7 @@
 #include <map>
 #include <optional>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace velmorant
@@ -259,25 +261,21 @@ static ImageHeader describe_study(const EcatStudy &study)
     return header;
 }
 
-// The values of a whole volume, plane by plane, as the image library reads them.
-static ValueRange measure_volume(const EcatStudy &study, const ImageHeader &header,
-                                 const Volume &volume)
+// Measures the whole volumes, one after the other.
+static void report_ranges(StudyReport &report, EcatStudy &study, const ImageHeader &header,
+                          const std::vector<Volume> &whole)
 {
-    ValueRange range;
-    const auto size = static_cast<std::size_t>(checked_plane_size(header));
-    std::vector<std::uint8_t> stored(2 * size);
-    std::vector<float> values(size);
-    for (std::int32_t plane = 1; plane <= header.num_slices; ++plane) {
-        const MatDirEntry *entry = find_matrix(study, {volume.frame, plane, 1, 0, volume.bed});
-        MatImageSubheader subheader{};
-        mat_read_image_subheader(study.file.get(), entry->first_block, subheader);
-        mat_read_matrix_data(study.file.get(), entry->first_block + 1,
-                             static_cast<std::int32_t>(data_blocks(subheader)), stored.data());
-        decode_pixels(StoredType::SignedShort, std::endian::little, stored.data(), values.data(),
-                      size, subheader.scale_factor);
-        range = widen(range, values);
+    StoredVolume stored = unopened_volume_cti6(report.image, header, std::endian::little);
+    const std::int64_t bytes = study.blocks * static_cast<std::int64_t>(BlockBytes);
+    stored.file = std::move(study.file);
+    for (const Volume &volume : whole) {
+        stored.parts.clear();
+        for (std::int32_t plane = 1; plane <= header.num_slices; ++plane) {
+            const MatDirEntry *entry = find_matrix(study, {volume.frame, plane, 1, 0, volume.bed});
+            stored.parts.push_back(locate_plane(stored.file.get(), bytes, *entry, header));
+        }
+        report_range(report, volume, measure_volume(stored));
     }
-    return range;
 }
 
 void check_ecat_study(StudyReport &report)
@@ -298,9 +296,7 @@ void check_ecat_study(StudyReport &report)
         std::fprintf(report.facts, "pixels at the end of each plane that are read as 0: %d\n",
                      unread);
     }
-    for (const Volume &volume : whole) {
-        report_range(report, volume, measure_volume(study, header, volume));
-    }
+    report_ranges(report, study, header, whole);
 }
 
 } // namespace velmorant

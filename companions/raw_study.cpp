@@ -1,9 +1,7 @@
 #include "companions/raw_study.h"
 
-#include "image/allocate.h"
 #include "image/format_dispatch.h"
 #include "image/image_geometry.h"
-#include "image/stored_type.h"
 #include "prefs/file_handle.h"
 #include "prefs/regular_file.h"
 
@@ -125,14 +123,12 @@ void check_raw_study(StudyReport &report)
     }
     report_storage(report, header);
     const DataExtent data = measure_data(report, header);
-    const std::size_t size = data.whole == 0 ? 0 : checked_image_size(header);
-    const Block<float> values(allocate_float(static_cast<std::int32_t>(size), "volume"));
     for (std::int64_t volume = 0; volume < data.whole; ++volume) {
         const auto frame = static_cast<std::int32_t>(volume % header.num_frames + 1);
         const auto bed = static_cast<std::int32_t>(volume / header.num_frames);
         const ImageMatrix selector{.frame = frame, .plane = 1, .gate = 1, .data = 0, .bed = bed};
-        read_image_planes(report.image, values.get(), header, selector, report.keyword);
-        report_range(report, {frame, bed}, widen({}, {values.get(), size}));
+        StoredVolume stored = open_volume(report.image, header, selector, report.keyword);
+        report_range(report, {frame, bed}, measure_volume(stored));
     }
     check_length(report, header, data);
 }

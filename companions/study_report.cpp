@@ -1,7 +1,12 @@
 #include "companions/study_report.h"
 
+#include "image/image_geometry.h"
+#include "image/volume_box.h"
+
 #include <algorithm>
 #include <cmath>
+#include <span>
+#include <vector>
 
 namespace velmorant
 {
@@ -29,7 +34,7 @@ void report_geometry(const StudyReport &report, const ImageHeader &header)
                  header.num_beds);
 }
 
-ValueRange widen(ValueRange range, std::span<const float> values)
+static void widen(ValueRange &range, std::span<const float> values)
 {
     for (const float value : values) {
         if (std::isnan(value)) {
@@ -38,6 +43,18 @@ ValueRange widen(ValueRange range, std::span<const float> values)
             range.smallest = std::min(range.smallest, value);
             range.largest = std::max(range.largest, value);
         }
+    }
+}
+
+ValueRange measure_volume(StoredVolume &volume)
+{
+    ValueRange range;
+    std::vector<float> pixels(
+        std::min<std::size_t>(checked_image_size(volume.header), PiecePixels));
+    for (std::int64_t piece = 0; piece < count_pieces(volume.header); ++piece) {
+        const VolumeBox box = volume_piece(volume.header, piece);
+        read_box(volume, box, pixels.data());
+        widen(range, std::span(pixels).first(box_size(box)));
     }
     return range;
 }

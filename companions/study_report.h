@@ -1,12 +1,12 @@
 #pragma once
 
 #include "image/image_header.h"
+#include "image/stored_volume.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <limits>
-#include <span>
 #include <string>
 
 namespace velmorant
@@ -42,8 +42,8 @@ struct ValueRange {
     std::size_t not_numbers = 0;
 };
 
-// The range with more values.
-ValueRange widen(ValueRange range, std::span<const float> values);
+// The range of an opened volume's values, read in pieces.
+ValueRange measure_volume(StoredVolume &volume);
 
 // Prints the range of a volume's values.
 void report_range(const StudyReport &report, const Volume &volume, const ValueRange &range);

@@ -5,14 +5,16 @@
 #include "ecat/headers.h"
 #include "ecat/matrix_number.h"
 #include "ecat/plane_order.h"
-#include "image/allocate.h"
-#include "image/decode_pixels.h"
 #include "image/image_geometry.h"
+#include "image/stored_volume.h"
 #include "prefs/end_run.h"
 #include "prefs/error_report.h"
 #include "prefs/file_handle.h"
+#include "prefs/regular_file.h"
 
 #include <cmath>
+#include <cstdio>
+#include <utility>
 
 namespace velmorant
 {
@@ -173,66 +175,97 @@ std::int32_t unread_pixels_cti6(const ImageHeader &header)
     return checked_plane_size(header) % PixelsPerBlock;
 }
 
-// Fills `pixels` from one plane. stored: room for as many 16-bit integers, those beyond the plane's
-// last block 0. line_end: what ends the line about a missing plane.
-static void read_plane(OpenStudy &study, const ImageMatrix &matrix, std::int16_t *stored,
-                       std::span<float> pixels, std::endian byte_order, const char *line_end)
+StoredPart locate_plane(std::FILE *stream, std::int64_t file_bytes, const MatDirEntry &entry,
+                        const ImageHeader &header)
 {
-    const MatDirEntry *entry = find_or_say(study, matrix);
-    if (entry == nullptr) {
-        std::fputs(line_end, stdout);
-        end_run(-1);
-    }
-    std::FILE *stream = study.file.get();
     MatImageSubheader subheader{};
-    mat_read_image_subheader(stream, entry->first_block, subheader);
+    mat_read_image_subheader(stream, entry.first_block, subheader);
+    const std::int32_t blocks = checked_plane_size(header) / PixelsPerBlock;
     // A block that was read has a number with room for one more.
-    mat_read_matrix_data(stream, entry->first_block + 1,
-                         static_cast<std::int32_t>(pixels.size()) / PixelsPerBlock, stored);
-    const auto *bytes = reinterpret_cast<const std::uint8_t *>(stored);
-    decode_pixels(StoredType::SignedShort, byte_order, bytes, pixels.data(), pixels.size(),
-                  subheader.scale_factor);
+    return {.offset = mat_locate_blocks(file_bytes, entry.first_block + 1, blocks),
+            .elements = std::int64_t{blocks} * PixelsPerBlock,
+            .factor = subheader.scale_factor,
+            .rest = 0.0F * subheader.scale_factor};
 }
 
-// Reads the planes from the first one's coordinates to the last frame and bed, and in each volume
-// to the last plane. byte_order: that of the pixels.
-static std::int32_t read_planes(const char *file_name, float *pixels, const ImageHeader &header,
+StoredVolume unopened_volume_cti6(const char *file_name, const ImageHeader &header,
+                                  std::endian byte_order)
+{
+    const std::int32_t size = checked_plane_size(header);
+    StoredVolume volume{
+        .file = nullptr,
+        .name = file_name,
+        .header = header,
+        .type = StoredType::SignedShort,
+        .byte_order = byte_order,
+        .part_pixels = size,
+        .parts = {},
+        .short_read = BlockReadError,
+        .buffer = allocate_read_buffer(2 * static_cast<std::uint64_t>(size), "in-plane buffer")};
+    ImageHeader &stored = volume.header;
+    stored.right_on_left = stored.anterior_to_posterior = stored.superior_to_inferior = 1;
+    return volume;
+}
+
+// Opens the planes from the first one's coordinates to the last frame and bed, and in each volume to the
+// last plane, as one volume. line_end: what ends the line about a missing plane.
+static StoredVolume open_planes(const char *file_name, const ImageHeader &header,
                                 const ImageMatrix &first, std::int32_t last_frame,
                                 std::int32_t last_bed, std::endian byte_order, const char *line_end)
 {
-    const std::int32_t size = checked_plane_size(header);
-    const Block<std::int16_t> stored(allocate_short_int_zero(size, "in-plane buffer"));
+    StoredVolume volume = unopened_volume_cti6(file_name, header, byte_order);
     OpenStudy study(file_name);
-    const auto read_next = [&](const ImageMatrix &matrix) {
-        read_plane(study, matrix, stored.get(), std::span(pixels, static_cast<std::size_t>(size)),
-                   byte_order, line_end);
-        pixels += size;
+    std::FILE *stream = study.file.get();
+    const std::int64_t file_bytes = bytes_to_read(stream);
+    const auto add_plane = [&](const ImageMatrix &plane) {
+        const MatDirEntry *entry = find_or_say(study, plane);
+        if (entry == nullptr) {
+            std::fputs(line_end, stdout);
+            end_run(-1);
+        }
+        volume.parts.push_back(locate_plane(stream, file_bytes, *entry, header));
     };
     visit_planes(first, {.frame = last_frame, .plane = header.num_slices, .bed = last_bed},
-                 read_next);
-    return study.close();
+                 add_plane);
+    volume.file = std::move(study.file);
+    volume.header.num_slices = static_cast<std::int32_t>(volume.parts.size());
+    return volume;
+}
+
+StoredVolume open_volume_cti6(const char *file_name, const ImageHeader &header,
+                              const ImageMatrix &selector)
+{
+    return open_planes(file_name, header, selector, selector.frame, selector.bed,
+                       std::endian::little, "");
+}
+
+static std::int32_t read_planes(StoredVolume volume, float *pixels)
+{
+    read_box(volume, whole_volume(volume.header), pixels);
+    return mat_close(volume.file.release());
 }
 
 std::int32_t read_image_planes_cti6(const char *file_name, float *pixels, const ImageHeader &header,
                                     const ImageMatrix &selector)
 {
-    return read_planes(file_name, pixels, header, selector, selector.frame, selector.bed,
-                       std::endian::little, "");
+    return read_planes(open_volume_cti6(file_name, header, selector), pixels);
 }
 
 std::int32_t read_image_planes_cti6_swap_byte_order(const char *file_name, float *pixels,
                                                     const ImageHeader &header,
                                                     const ImageMatrix &selector)
 {
-    return read_planes(file_name, pixels, header, selector, selector.frame, selector.bed,
-                       std::endian::big, "");
+    return read_planes(open_planes(file_name, header, selector, selector.frame, selector.bed,
+                                   std::endian::big, ""),
+                       pixels);
 }
 
 std::int32_t read_image_matrix_cti6(const char *file_name, float *pixels, const ImageHeader &header,
                                     const ImageMatrix &selector)
 {
-    return read_planes(file_name, pixels, header, selector, header.num_frames, header.num_beds,
-                       std::endian::little, "\n");
+    return read_planes(open_planes(file_name, header, selector, header.num_frames, header.num_beds,
+                                   std::endian::little, "\n"),
+                       pixels);
 }
 
 } // namespace velmorant

@@ -10,7 +10,9 @@
 // All report "can't open " and the file's name as fatal, and end the process with status -1 where a
 // block can't be read, as `mat_rblk` says.
 
+#include "ecat/directory_block.h"
 #include "image/image_header.h"
+#include "image/stored_volume.h"
 
 namespace velmorant
 {
@@ -41,13 +43,28 @@ namespace velmorant
 // with any other.
 std::int32_t read_header_cti6(const char *file_name, ImageHeader &header);
 
-// Reads the planes from the selector's `plane` to the header's num_slices, of the selector's frame,
-// gate, data set and bed, into `pixels`: (num_slices - plane + 1) * x_dim * y_dim floats. All planes
-// are taken to be of the header's size. A plane has x_dim * y_dim / 256 data blocks, truncated;
-// pixels beyond them are 0. Returns the result of closing the file.
-//
-// A plane that the directory lacks ends the process with status -1 and the first of the lines above,
-// without a line break. Dimensions that can't be held are reported as `checked_plane_size` does.
+// Opens the planes from the selector's `plane` to the header's num_slices, of the selector's frame, gate,
+// data set and bed, as a volume of so many slices. All planes are taken to be of the header's size. A plane
+// has x_dim * y_dim / 256 data blocks, truncated; pixels beyond them stand for the integer 0. For each plane in turn the
+// directory entry, the subheader and the presence of the data blocks are checked.
+// Ends the process with status -1 and
+//   "matrix (1,30,1,0,0) not found..."    without a line break: the directory lacks the plane
+//   what `mat_rblk` says                  a block that can't be read
+// Dimensions that can't be held are reported as `checked_plane_size` does.
+StoredVolume open_volume_cti6(const char *file_name, const ImageHeader &header,
+                              const ImageMatrix &selector);
+
+// Where the pixels of a plane lie, by its directory entry. Ends the process as `mat_rblk` does where a block
+// of it is not in the file, which has `file_bytes` bytes.
+StoredPart locate_plane(std::FILE *stream, std::int64_t file_bytes, const MatDirEntry &entry,
+                        const ImageHeader &header);
+
+// A volume whose file is to be opened and whose planes are to be located still. byte_order: of the pixels.
+StoredVolume unopened_volume_cti6(const char *file_name, const ImageHeader &header,
+                                  std::endian byte_order);
+
+// Opens the planes and reads them into `pixels`: (num_slices - plane + 1) * x_dim * y_dim floats. Returns
+// the result of closing the file.
 std::int32_t read_image_planes_cti6(const char *file_name, float *pixels, const ImageHeader &header,
                                     const ImageMatrix &selector);
 

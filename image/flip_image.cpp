@@ -15,9 +15,11 @@ static bool is_flag(std::int32_t value)
     return value == 0 || value == 1;
 }
 
-static void check_flags(std::int32_t x_flag, std::int32_t y_flag, std::int32_t z_flag)
+void check_flags(std::int32_t right_on_left, std::int32_t anterior_to_posterior,
+                 std::int32_t superior_to_inferior)
 {
-    if (!is_flag(x_flag) && !is_flag(y_flag) && !is_flag(z_flag)) {
+    if (!is_flag(right_on_left) && !is_flag(anterior_to_posterior) &&
+        !is_flag(superior_to_inferior)) {
         print_error_message(1, "internal flag error");
     }
 }

@@ -13,6 +13,7 @@
 #include <cstdio>
 #include <limits>
 #include <string_view>
+#include <utility>
 
 namespace velmorant
 {
@@ -59,31 +60,48 @@ void read_header(const char *header_name, ImageHeader &header, const char *keywo
     read_header_binary(header_name, header);
 }
 
-void read_image_planes(const char *image_name, float *buffer, const ImageHeader &header,
-                       const ImageMatrix &selector, const char *keyword)
+// The type of a raw image's elements.
+static StoredType stored_type(const ImageHeader &header)
 {
-    if (keyword == EcatKeyword) {
-        read_image_planes_cti6(image_name, buffer, header, selector);
-        return;
-    }
-    switch (static_cast<StoredType>(header.data_format)) {
+    const auto type = static_cast<StoredType>(header.data_format);
+    switch (type) {
     case StoredType::SignedShort:
-        return read_image_planes_binary(image_name, buffer, header, selector);
     case StoredType::UnsignedShort:
-        return read_image_planes_binary_unsigned(image_name, buffer, header, selector);
     case StoredType::Float:
-        return read_image_planes_binary_float(image_name, buffer, header, selector);
+        return type;
     }
     report_unsupported_format();
 }
 
-std::vector<std::string> image_files(const char *image_name, const char *keyword)
+StoredVolume open_volume(const char *image_name, const ImageHeader &header,
+                         const ImageMatrix &selector, const char *keyword)
+{
+    return keyword == EcatKeyword
+               ? open_volume_cti6(image_name, header, selector)
+               : open_raw_volume(image_name, header, selector, stored_type(header));
+}
+
+void read_image_planes(const char *image_name, float *buffer, const ImageHeader &header,
+                       const ImageMatrix &selector, const char *keyword)
+{
+    StoredVolume volume = open_volume(image_name, header, selector, keyword);
+    read_box(volume, whole_volume(volume.header), buffer);
+}
+
+std::string header_file(const char *header_name, const char *keyword)
 {
     if (keyword == EcatKeyword) {
-        return {image_name};
+        return header_name;
     }
     find_raw_format(keyword);
-    return {image_name, header_file_name(image_name)};
+    return header_file_name(header_name);
+}
+
+std::vector<std::string> image_files(const char *image_name, const char *keyword)
+{
+    std::string header = header_file(image_name, keyword);
+    return keyword == EcatKeyword ? std::vector<std::string>{image_name}
+                                  : std::vector<std::string>{image_name, std::move(header)};
 }
 
 static std::string describe_study(const ImageHeader &header)

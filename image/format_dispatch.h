@@ -18,6 +18,7 @@
 
 #include "image/format_setting.h"
 #include "image/image_header.h"
+#include "image/stored_volume.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -32,12 +33,19 @@ namespace velmorant
 // before a file is opened.
 void read_header(const char *header_name, ImageHeader &header, const char *keyword);
 
-// Fills `buffer` with the selected volume, in the standard orientation and in real units, see
+// Opens the selected volume, which is then read box by box (image/stored_volume.h), see
 // ecat/image_reader.h (the selector's plane has to be 1 for a whole volume) and image/raw_reader.h.
 // Every keyword but CTI6 counts as raw, `read_header` having checked it; there, a data_format other
 // than 1, 2 or 3 ends the run with "unspecified or unsupported file format".
+StoredVolume open_volume(const char *image_name, const ImageHeader &header,
+                         const ImageMatrix &selector, const char *keyword);
+
+// Opens the selected volume and reads it into `buffer`, in the standard orientation and in real units.
 void read_image_planes(const char *image_name, float *buffer, const ImageHeader &header,
                        const ImageMatrix &selector, const char *keyword);
+
+// The file that `read_header` reads under a header name.
+std::string header_file(const char *header_name, const char *keyword);
 
 // The files of an image: its data and, in raw formats, its text header.
 std::vector<std::string> image_files(const char *image_name, const char *keyword);

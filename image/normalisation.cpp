@@ -1,8 +1,8 @@
 #include "image/normalisation.h"
-#include "image/image_geometry.h"
 
 #include "image/allocate.h"
-#include "image/pixel_statistics.h"
+#include "image/image_geometry.h"
+#include "image/volume_statistics.h"
 #include "image/wide_vectors.h"
 #include "prefs/error_report.h"
 #include "prefs/numbers.h"
@@ -17,9 +17,9 @@
 namespace velmorant
 {
 
-static float find_average(const FieldSurvey &survey, float lower, float peak)
+static float find_average(VolumePixels &volume, const FieldSurvey &survey, float lower, float peak)
 {
-    const BandSum band = sum_band(survey, lower, peak);
+    const BandSum band = sum_band(volume, survey, lower, peak);
     if (band.count == 0) {
         std::puts("warning:  no pixel to calculate global value...");
         return 0.0F;
@@ -27,25 +27,40 @@ static float find_average(const FieldSurvey &survey, float lower, float peak)
     return band.sum / static_cast<float>(band.count);
 }
 
-static Block<std::int32_t> allocate_histogram(std::int32_t bin_count)
+// Whether a histogram can have so many bins and a counter more.
+static bool is_legal_bin_count(std::int32_t bin_count)
 {
-    if (bin_count < 1 || bin_count == std::numeric_limits<std::int32_t>::max()) {
-        print_error_message(
-            2, "illegal number of bins for normalization: ", std::to_string(bin_count).c_str());
-    }
-    return Block<std::int32_t>(allocate_int_zero(bin_count + 1, "hist"));
+    return bin_count >= 1 && bin_count < std::numeric_limits<std::int32_t>::max();
 }
 
-void norm_histogram(const float *volume, const ImageHeader &header, const NormSet &norm_set,
-                    NormValues &values, float check)
+// The number of pixels that the bins below the peak and its own have to hold.
+static std::int32_t peak_target(std::int32_t in_field, float peak_threshold)
 {
-    const Block<std::int32_t> counters = allocate_histogram(norm_set.bin_count);
-    const std::span histogram(counters.get(), static_cast<std::size_t>(norm_set.bin_count) + 1);
+    return truncate_to_int32(static_cast<double>(static_cast<float>(in_field) * peak_threshold));
+}
+
+// How many of the largest pixels tell where the peak is, or 0 where they are too many to keep. A volume
+// with pixels out of field needs no more than one without, but for what single precision rounds.
+static std::size_t pixels_to_keep(std::size_t pixels, float peak_threshold)
+{
+    const auto count = static_cast<std::int32_t>(pixels);
+    const std::int64_t above_peak = std::int64_t{count} - peak_target(count, peak_threshold);
+    const std::int64_t kept = std::max<std::int64_t>(above_peak, 0) + count / 1048576 + 2;
+    return kept > static_cast<std::int64_t>(MostKept) ? 0 : static_cast<std::size_t>(kept);
+}
+
+void norm_histogram(VolumePixels &volume, const NormSet &norm_set, NormValues &values, float check)
+{
+    const ImageHeader &header = volume.header();
+    const std::int32_t bin_count = norm_set.bin_count;
+    const std::int32_t counters = is_legal_bin_count(bin_count) ? bin_count + 1 : 0;
+    const Block<std::int32_t> block(allocate_int_zero(counters, "hist"));
+    const std::span histogram(block.get(), static_cast<std::size_t>(counters));
     if (header.num_gates >= 2) {
         print_error_message(1, "gated image not support in the current version (norm_histogram)");
     }
-    const Pixels pixels(volume, checked_image_size(header));
-    const FieldSurvey survey = survey_field(pixels, check);
+    FieldSurvey survey = survey_field(
+        volume, check, pixels_to_keep(checked_image_size(header), norm_set.peak_threshold));
     const FieldRange &range = survey.range;
     values.max = range.max;
     values.min = range.min;
@@ -55,15 +70,25 @@ void norm_histogram(const float *volume, const ImageHeader &header, const NormSe
         std::puts("warning: uniform pixel value in the image matrix...");
         return;
     }
-    const float step = (values.max - values.min) / static_cast<float>(norm_set.bin_count);
+    if (!is_legal_bin_count(bin_count)) {
+        print_error_message(
+            2, "illegal number of bins for normalization: ", std::to_string(bin_count).c_str());
+    }
+    const float step = (values.max - values.min) / static_cast<float>(bin_count);
     if (std::fabs(static_cast<double>(step)) <= 1e-20) {
         print_error_message(1, "invalid 'step' in normalization");
     }
-    const auto target =
-        static_cast<double>(static_cast<float>(range.count) * norm_set.peak_threshold);
-    const std::size_t peak_bin = find_peak_bin(survey, step, truncate_to_int32(target), histogram);
+    const std::size_t peak_bin = find_peak_bin(
+        volume, survey, step, peak_target(range.count, norm_set.peak_threshold), histogram);
     values.peak = static_cast<float>(peak_bin) * step + values.min;
-    values.avg = find_average(survey, values.peak * norm_set.lower_threshold, values.peak);
+    values.avg = find_average(volume, survey, values.peak * norm_set.lower_threshold, values.peak);
+}
+
+void norm_histogram(const float *volume, const ImageHeader &header, const NormSet &norm_set,
+                    NormValues &values, float check)
+{
+    VolumePixels pixels(volume, header);
+    norm_histogram(pixels, norm_set, values, check);
 }
 
 VELMORANT_WIDE_VECTORS

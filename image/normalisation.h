@@ -8,6 +8,7 @@
 // the histogram's lowest bin), but is never a maximum, a minimum or part of the average.
 
 #include "image/image_header.h"
+#include "image/volume_pixels.h"
 #include "prefs/norm_set.h"
 
 #include <limits>
@@ -28,12 +29,14 @@ struct NormValues {
 // A volume of one value prints "warning: uniform pixel value in the image matrix..." and gets that
 // value for peak and avg; where no pixel is between the limits "warning:  no pixel to calculate
 // global value..." is printed and avg is 0.
-// Ends the run with "illegal number of bins for normalization: " and the number, where that is
-// below 1 or 2^31 - 1; with "gated image not support in the current version (norm_histogram)" for
-// two gates or more; with "invalid 'step' in normalization" where a bin would be narrower than
-// 1e-20; and as `checked_image_size` does.
+// Fatal, in this order; and as `checked_image_size` and `VolumePixels::box` say:
+//   "can't allocate memory for hist (4KB)"
+//   "gated image not support in the current version (norm_histogram)"    two gates or more
+//   "illegal number of bins for normalization: 0"    below 1, or 2^31 - 1; a volume of one value needs none
+//   "invalid 'step' in normalization"                a bin would be narrower than 1e-20
 void norm_histogram(const float *volume, const ImageHeader &header, const NormSet &norm_set,
                     NormValues &values, float check);
+void norm_histogram(VolumePixels &volume, const NormSet &norm_set, NormValues &values, float check);
 
 // How a volume is brought to other values: every pixel is multiplied by `factor`, but one strictly
 // below `check` becomes `out_value` instead.

@@ -9,7 +9,7 @@
 // that holds "end of header" ends the header.
 
 #include "image/image_header.h"
-#include "image/stored_type.h"
+#include "image/stored_pixels.h"
 
 #include <cstdio>
 #include <string>

@@ -10,19 +10,23 @@
 // itself.
 
 #include "image/image_header.h"
+#include "image/stored_volume.h"
 
 namespace velmorant
 {
 
-// Read the volume that the selector's frame and bed name into `buffer` (image_size(header) floats)
-// and turn it into the standard orientation. The file's elements are signed or unsigned 16-bit
-// integers or IEEE 754 single-precision floats. Pixels after the end of the file are 0.
-//
-// End the run with "can't open " and the image's name; with "illegal volume (frame 0, bed 0) in "
-// and the image's name where a volume would begin before the file or further than a file can reach;
-// with "can't read " and the image's name where the system reports a read error; with "unspecified
-// byte order in the header" where byte_order is neither 0 nor 1 and there are pixels; with the
-// reports of `checked_image_size` and `flip_image`.
+// Opens the volume that the selector's frame and bed name. Pixels after the end of the file are 0.
+// Fatal, in this order; and as `checked_image_size` says:
+//   "can't open " NAME                            the image
+//   "illegal volume (frame 0, bed 0) in " NAME    it would begin before the file, or further than a file
+//                                                 can reach
+//   "unspecified byte order in the header"        byte_order is neither 0 nor 1, and there are pixels
+//   "internal flag error"                         no orientation flag is 0 or 1
+StoredVolume open_raw_volume(const char *image_name, const ImageHeader &header,
+                             const ImageMatrix &selector, StoredType type);
+
+// Open a volume of signed or unsigned 16-bit integers or of floats and read it into `buffer`
+// (image_size(header) floats), see `read_box`.
 void read_image_planes_binary(const char *image_name, float *buffer, const ImageHeader &header,
                               const ImageMatrix &selector);
 void read_image_planes_binary_unsigned(const char *image_name, float *buffer,

@@ -3,7 +3,7 @@
 // How the values of a NIfTI image are stored in a raw one: as 16-bit integers where that changes no
 // value, else as floats.
 
-#include "image/stored_type.h"
+#include "image/stored_pixels.h"
 #include "nifti/nifti_image.h"
 
 #include <cstdint>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "image/image_header.h"
-#include "image/stored_type.h"
+#include "image/stored_pixels.h"
 #include "prefs/file_handle.h"
 
 #include <string>

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <limits>
 #include <system_error>
 
+#include <sys/stat.h>
 #include <sys/types.h>
 
 namespace velmorant
@@ -20,6 +22,14 @@ std::int64_t file_size(std::FILE *stream)
 {
     const off_t end = fseeko(stream, 0, SEEK_END) == 0 ? ftello(stream) : 0;
     return std::max(std::int64_t{0}, std::int64_t{end});
+}
+
+std::int64_t bytes_to_read(std::FILE *stream)
+{
+    struct stat status {
+    };
+    const bool regular = fstat(fileno(stream), &status) == 0 && S_ISREG(status.st_mode);
+    return regular ? status.st_size : std::numeric_limits<std::int64_t>::max();
 }
 
 } // namespace velmorant

@@ -13,4 +13,7 @@ bool is_special(const char *path);
 // The bytes of an open file, 0 where it has no end that can be sought. Leaves it at its end.
 std::int64_t file_size(std::FILE *stream);
 
+// The bytes of an open regular file. How much can be read of anything else only reading tells: 2^63 - 1.
+std::int64_t bytes_to_read(std::FILE *stream);
+
 } // namespace velmorant

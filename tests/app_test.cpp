@@ -1,7 +1,10 @@
+#include "app/montage.h"
 #include "app/palette.h"
 #include "app/palette_index.h"
 #include "app/parse_args.h"
 #include "app/scale_bar.h"
+#include "bench/plain.h"
+#include "image/raw_reader.h"
 #include "tests/support/test.h"
 
 using namespace velmorant;
@@ -24,6 +27,38 @@ TEST(PaletteIndex, IsTruncatedAndHeldWithinThePalette)
     };
     for (const auto &row : cases) {
         EXPECT_EQ(palette_index(row.value, {row.bottom, row.top}), row.index) << row.value;
+    }
+}
+
+TEST(Montage, IsReadInBandsOfRowsWhereItLies)
+{
+    // More pixels than are read at a time, the last slice half of them after the end of the file.
+    std::vector<float> pixels(std::size_t{300} * 200 * 3);
+    for (std::size_t i = 0; i < pixels.size() - 30000; ++i) {
+        pixels[i] = static_cast<float>(i * 7919 % 256);
+    }
+    test::write_file("a.img", test::stored_floats({pixels.begin(), pixels.end() - 30000}, true));
+    ImageHeader header{};
+    header.num_frames = header.byte_order = 1;
+    header.x_dim = 300;
+    header.y_dim = 200;
+    header.num_slices = 3;
+    header.right_on_left = header.anterior_to_posterior = header.superior_to_inferior = 1;
+    const PixelMapping mapping{.rescaling = {2.0F, -1.0F, 0.0F}, .range = {-100.0F, 500.0F}};
+    for (const auto &[columns, tile_width, tile_height] :
+         {std::array{2, 300, 200}, {3, 310, 90}, {1, 250, 230}}) {
+        VolumePixels volume(open_raw_volume("a.img", header, {1, 1, 1, 0, 0}, StoredType::Float),
+                            allocate_box_buffer(header));
+        const MontageGrid grid = lay_out_montage(3, columns, tile_width, tile_height);
+        const auto width = static_cast<std::size_t>(columns * tile_width);
+        std::vector<std::uint8_t> montage(width *
+                                          static_cast<std::size_t>(grid.rows * tile_height));
+        for (std::int32_t row = 0; row < grid.rows * tile_height; ++row) {
+            render_montage_row(
+                volume, grid, mapping, row,
+                std::span(montage).subspan(static_cast<std::size_t>(row) * width, width));
+        }
+        EXPECT_TRUE(montage == bench::plain::render_montage(pixels, header, grid, mapping));
     }
 }
 

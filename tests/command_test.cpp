@@ -135,7 +135,7 @@ TEST(Endings, EveryFailureHasItsLineAndStatusZero)
         {"", {"a.img", "out", "1", "-s2", "-cnone"}, "Illegal FlagScaleBar"},
         {"", {"a.img", "out", "1", "-g1", "-cnone"}, "Can't open color palette"},
         {"", {"b.img", "out", "1"}, "can't open b.hdr"},
-        {"", {"b.img", "out", "1", "-ha.img"}, "can't open b.img"},
+        {"", {"b.img", "out", "1", "-ha.img", "-X0", "-x40000"}, "can't open b.img"},
         {"", {".", "out", "1", "-ha.img"}, "can't read ."},
         {"!pixel scaling value :=0", {"a.img", "out", "1"}, "'pixel scaling value' not defined in a.hdr"},
         {"!imagedata byte order :=native", {"a.img", "out", "1"}, "unspecified byte order in the header"},

@@ -25,6 +25,7 @@ static std::string whole_ending(const std::string &ending)
         {'J', "status 0: inconsisten dimensions among frames"},
         {'K', "status 255: fseek error in mat_rblk (blkno "},
         {'R', "status 255: fread error in mat_rblk (512 expected, "},
+        {'M', "status 255: matrix (1,"},
     };
     for (const auto &[letter, text] : Short) {
         if (ending.front() == letter) {
@@ -223,7 +224,7 @@ TEST(Malformed, EcatFiles)
         bool wide; // 32 bits, otherwise the low 16 of the values
         const char *endings;
     } rows[] = {
-        {"planes", 1, 376, false, "D0 x 0 x -1|Swidth: 0|.|P60 x 283998|D|S|D"},
+        {"planes", 1, 376, false, "D0 x 0 x -1|Swidth: 0|.|M4,1,0,0) not found...|D|S|D"},
         {"frames", 1, 378, false, "S|S|.|.|S|S|S"},
         {"gates", 1, 380, false, "S|.|.|G|S|.|S"},
         {"beds", 1, 382, false, "S|.|.|.|S|.|S"},
@@ -231,7 +232,7 @@ TEST(Malformed, EcatFiles)
         {"next", 2, 4, true, "."},
         {"previous", 2, 8, true, "."},
         {"used", 2, 12, true, "."},
-        {"matrix number", 2, 16, true, "S"},
+        {"matrix number", 2, 16, true, "M1,1,0,0) not found..."},
         {"first block", 2, 20, true, "K-1|K0|Z|R0 read|R|R|K2147483647"},
         {"last block", 2, 24, true, "."},
         {"status", 2, 28, true, "."},

@@ -89,8 +89,13 @@ TEST(NormHistogram, DegenerateVolumesAreSaidSo)
     ImageHeader gated{};
     gated.num_gates = 2;
     NormValues values{};
-    EXPECT_EQ(ending([&] { norm_histogram(nullptr, gated, Defaults, values, Check); }),
+    // The number of bins comes after the gates, and a volume of one value needs none.
+    const NormSet no_bins{.peak_threshold = 0.999F, .lower_threshold = 0.4F, .bin_count = -2};
+    EXPECT_EQ(ending([&] { norm_histogram(nullptr, gated, no_bins, values, Check); }),
               "status 0: gated image not support in the current version (norm_histogram)\n");
+    EXPECT_TRUE(measured({7.0F, 7.0F}, no_bins).starts_with("status 77: "));
+    EXPECT_EQ(measured({7.0F, 8.0F}, no_bins),
+              "status 0: illegal number of bins for normalization: -2\n");
 }
 
 TEST(NormHistogram, NoNumbersAndInfinitiesStayInBounds)

@@ -1,7 +1,8 @@
 // The passes over a volume against loops that take one pixel at a time.
 
 #include "bench/plain.h"
-#include "image/pixel_statistics.h"
+#include "image/image_geometry.h"
+#include "image/volume_statistics.h"
 #include "tests/support/test.h"
 
 #include <bit>
@@ -32,37 +33,62 @@ static std::uint32_t bits(float value)
     return std::bit_cast<std::uint32_t>(value);
 }
 
+static ImageHeader shape(std::int32_t x_dim, std::int32_t y_dim, std::int32_t slices)
+{
+    ImageHeader header{};
+    header.x_dim = x_dim;
+    header.y_dim = y_dim;
+    header.num_slices = slices;
+    return header;
+}
+
+// kept: how many of the largest pixels the survey keeps, for peaks that are among them or aren't.
+static void compare(const std::vector<float> &pixels, const ImageHeader &header, std::size_t kept)
+{
+    VolumePixels volume(pixels.data(), header);
+    FieldSurvey survey = survey_field(volume, CheckValue, kept);
+    const FieldRange plain = bench::plain::find_range(pixels, CheckValue);
+    EXPECT_EQ(bits(survey.range.max), bits(plain.max));
+    EXPECT_EQ(bits(survey.range.min), bits(plain.min));
+    EXPECT_EQ(survey.range.count, plain.count);
+
+    for (const std::int32_t bins : {1, 1024}) {
+        const float step = (plain.max - plain.min) / static_cast<float>(bins);
+        for (const float part : {-1.0F, 0.0F, 0.3F, 0.9F, 0.999F, 1.0F, 1.1F}) {
+            std::vector<std::int32_t> histogram(static_cast<std::size_t>(bins) + 1);
+            const auto target = static_cast<std::int32_t>(static_cast<float>(plain.count) * part);
+            EXPECT_EQ(find_peak_bin(volume, survey, step, target, histogram),
+                      bench::plain::find_peak_bin(pixels, CheckValue, plain.min, step, target,
+                                                  histogram.size()))
+                << bins << " bins, " << part << ", " << kept << " kept";
+        }
+    }
+    for (const auto &[lower, upper] :
+         {std::pair{400.0F, 900.0F}, {-Infinity, Infinity}, {plain.max, Infinity}}) {
+        const BandSum band = sum_band(volume, survey, lower, upper);
+        const BandSum plain_band = bench::plain::sum_band(pixels, CheckValue, lower, upper);
+        EXPECT_EQ(bits(band.sum), bits(plain_band.sum));
+        EXPECT_EQ(band.count, plain_band.count);
+    }
+}
+
 TEST(Statistics, AreThoseOfLoopsPixelByPixel)
 {
     std::minstd_rand random(1); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same every time
-    for (std::size_t size = 0; size < 3000; size += size < 70 ? 1 : 97) {
-        SCOPED_TRACE(size);
-        const std::vector<float> pixels = make_volume(size, random);
-        const FieldSurvey survey = survey_field(pixels, CheckValue);
-        const FieldRange plain = bench::plain::find_range(pixels, CheckValue);
-        EXPECT_EQ(bits(survey.range.max), bits(plain.max));
-        EXPECT_EQ(bits(survey.range.min), bits(plain.min));
-        EXPECT_EQ(survey.range.count, plain.count);
-
-        for (const std::int32_t bins : {1, 16, 1024, 5000}) {
-            const float step = (plain.max - plain.min) / static_cast<float>(bins);
-            for (const float part : {-1.0F, 0.0F, 0.3F, 0.9F, 0.999F, 1.0F, 1.1F}) {
-                std::vector<std::int32_t> histogram(static_cast<std::size_t>(bins) + 1);
-                const auto target = static_cast<std::int32_t>(static_cast<float>(size) * part);
-                EXPECT_EQ(find_peak_bin(survey, step, target, histogram),
-                          bench::plain::find_peak_bin(pixels, CheckValue, plain.min, step, target,
-                                                      histogram.size()))
-                    << bins << " bins, " << part;
-            }
+    const auto compare_shape = [&](const ImageHeader &header) {
+        SCOPED_TRACE(header.x_dim);
+        const std::vector<float> pixels = make_volume(image_size(header), random);
+        for (const std::size_t kept : {0U, 20U, 200000U}) {
+            compare(pixels, header, kept);
         }
-        for (const auto &[lower, upper] :
-             {std::pair{400.0F, 900.0F}, {-Infinity, Infinity}, {plain.max, Infinity}}) {
-            const BandSum band = sum_band(survey, lower, upper);
-            const BandSum plain_band = bench::plain::sum_band(pixels, CheckValue, lower, upper);
-            EXPECT_EQ(bits(band.sum), bits(plain_band.sum));
-            EXPECT_EQ(band.count, plain_band.count);
-        }
+    };
+    for (std::int32_t size = 0; size < 3000; size += size < 70 ? 1 : 197) {
+        compare_shape(shape(size, 1, 1));
     }
+    // Pieces of a row, of rows, of slices.
+    compare_shape(shape(70000, 1, 2));
+    compare_shape(shape(100, 400, 2));
+    compare_shape(shape(40, 40, 50));
 }
 
 TEST(Statistics, HoldBinsThatAreMoreThanFloatsCanCount)
@@ -70,6 +96,7 @@ TEST(Statistics, HoldBinsThatAreMoreThanFloatsCanCount)
     // The last bin, 16777219, is no float; the nearest one, the larger pixel's bin, is beyond it.
     std::vector<std::int32_t> histogram(16777220);
     const std::vector<float> pixels{0.0F, 16777220.0F};
-    EXPECT_EQ(find_peak_bin(survey_field(pixels, CheckValue), 1.0F, 2, histogram), 16777219U);
-    EXPECT_EQ(histogram.back(), 1);
+    VolumePixels volume(pixels.data(), shape(2, 1, 1));
+    FieldSurvey survey = survey_field(volume, CheckValue, 2);
+    EXPECT_EQ(find_peak_bin(volume, survey, 1.0F, 2, histogram), 16777219U);
 }

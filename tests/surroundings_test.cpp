@@ -83,6 +83,9 @@ TEST(Surroundings, APictureDoesNotReplaceWhatIsRead)
         EXPECT_TRUE(ending.ends_with("\nthe output would replace " + said + "\n")) << ending;
         EXPECT_EQ(test::read_file(file), before);
     }
+    // An image that lends its header alone isn't read.
+    shell("ln -sf b.img o.tif; touch b.img; cp a.hdr b.hdr");
+    EXPECT_TRUE(shell("./tiffgen a.img o 1 -hb.img; echo $?").ends_with("\n1\n"));
 }
 
 // Sixteen first runs at a time, again and again.

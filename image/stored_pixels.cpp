@@ -1,10 +1,8 @@
-#include "image/decode_pixels.h"
+#include "image/stored_pixels.h"
 
 #include "image/byte_order.h"
-#include "image/expect_pixels.h"
 #include "image/wide_vectors.h"
 
-#include <algorithm>
 #include <type_traits>
 
 namespace velmorant
@@ -26,14 +24,9 @@ template <std::endian Order, class Stored>
                                                  std::size_t count, float factor)
 {
     using Word = std::conditional_t<sizeof(Stored) == 2, std::uint16_t, std::uint32_t>;
-    constexpr std::size_t step = 512;
-    for (std::size_t start = 0; start < count; start += step) {
-        expect_pixels(pixels, count, start + 2 * step, step);
-        const std::size_t end = std::min(start + step, count);
-        for (std::size_t i = start; i < end; ++i) {
-            const Word word = load_word<Order, Word>(bytes + i * sizeof(Word));
-            pixels[i] = pixel_value<Stored>(word, factor);
-        }
+    for (std::size_t i = 0; i < count; ++i) {
+        const Word word = load_word<Order, Word>(bytes + i * sizeof(Word));
+        pixels[i] = pixel_value<Stored>(word, factor);
     }
 }
 
