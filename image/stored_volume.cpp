@@ -134,8 +134,9 @@ static std::int64_t read_elements(StoredVolume &volume, StoredPart &part, std::i
                                   : 0;
     const auto read = static_cast<std::int64_t>(got);
     if (read < wanted && volume.short_read != nullptr) {
-        std::printf("%s (%lld expected, %lld read)...\n", volume.short_read,
-                    static_cast<long long>(wanted * bytes), static_cast<long long>(read * bytes));
+        std::printf("%s (%d expected, %d read)...\n", volume.short_read,
+                    static_cast<std::int32_t>(wanted * bytes),
+                    static_cast<std::int32_t>(read * bytes));
         end_run(-1);
     }
     if (!found || std::ferror(file) != 0) {

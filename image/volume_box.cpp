@@ -66,29 +66,29 @@ struct Pieces {
 } // namespace
 
 // Divides an axis along which `pixels` pixels follow for each of `extent` steps.
-static Division divide(std::int32_t extent, std::int64_t pixels)
+static Division divide(std::int32_t extent, std::int64_t pixels, std::int32_t most)
 {
-    const std::int64_t length = pixels == 0 ? PiecePixels : PiecePixels / pixels;
+    const std::int64_t length = pixels == 0 ? most : most / pixels;
     return {.extent = extent,
             .length = static_cast<std::int32_t>(std::max<std::int64_t>(length, 1))};
 }
 
-static Pieces divide_volume(const ImageHeader &header)
+static Pieces divide_volume(const ImageHeader &header, std::int32_t most)
 {
-    return {.x = divide(header.x_dim, 1),
-            .y = divide(header.y_dim, header.x_dim),
-            .z = divide(header.num_slices, std::int64_t{header.x_dim} * header.y_dim)};
+    return {.x = divide(header.x_dim, 1, most),
+            .y = divide(header.y_dim, header.x_dim, most),
+            .z = divide(header.num_slices, std::int64_t{header.x_dim} * header.y_dim, most)};
 }
 
-std::int64_t count_pieces(const ImageHeader &header)
+std::int64_t count_pieces(const ImageHeader &header, std::int32_t most)
 {
-    const Pieces pieces = divide_volume(header);
+    const Pieces pieces = divide_volume(header, most);
     return pieces.x.count() * pieces.y.count() * pieces.z.count();
 }
 
-VolumeBox volume_piece(const ImageHeader &header, std::int64_t number)
+VolumeBox volume_piece(const ImageHeader &header, std::int64_t number, std::int32_t most)
 {
-    const Pieces pieces = divide_volume(header);
+    const Pieces pieces = divide_volume(header, most);
     const std::int64_t x = number % pieces.x.count();
     const std::int64_t y = number / pieces.x.count() % pieces.y.count();
     const std::int64_t z = number / pieces.x.count() / pieces.y.count();

@@ -27,12 +27,13 @@ bool contains(const VolumeBox &outer, const VolumeBox &inner);
 // The box of all pixels. The header's dimensions have to pass `check_image_geometry`.
 VolumeBox whole_volume(const ImageHeader &header);
 
-// Divides a volume into boxes of at most PiecePixels, which stay in the processor's cache from one
-// step of the work to the next: of whole slices, of whole rows of a slice where a slice has more
-// pixels, or of parts of a row. Piece n + 1 follows piece n in the order of the pixels.
+// Divides a volume into boxes of at most `most` pixels: of whole slices, of whole rows of a slice where a
+// slice has more pixels, or of parts of a row. Piece n + 1 follows piece n in the order of the pixels.
+// PiecePixels stay in the processor's cache from one step of the work to the next.
 inline constexpr std::int32_t PiecePixels = 32768;
 
-std::int64_t count_pieces(const ImageHeader &header);
-VolumeBox volume_piece(const ImageHeader &header, std::int64_t number);
+std::int64_t count_pieces(const ImageHeader &header, std::int32_t most = PiecePixels);
+VolumeBox volume_piece(const ImageHeader &header, std::int64_t number,
+                       std::int32_t most = PiecePixels);
 
 } // namespace velmorant

@@ -1,34 +1,38 @@
 #include "nifti/conversion.h"
 
 #include "image/byte_order.h"
+#include "image/volume_box.h"
 #include "nifti/nifti_data.h"
 
 #include <algorithm>
 #include <bit>
 #include <cmath>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace velmorant
 {
 
-static std::size_t size_along(const NiftiImage &image, std::size_t axis)
+// Values of a row that are converted at a time.
+static constexpr std::size_t StretchValues = 16384;
+
+// Values that are brought into the raw order at a time.
+static constexpr std::int32_t SlabValues = 1048576;
+
+// The stored axes of a volume as x, y and z, to divide it into pieces.
+static ImageHeader stored_shape(const NiftiImage &image)
 {
-    return static_cast<std::size_t>(image.size.at(axis));
+    ImageHeader shape{};
+    shape.x_dim = image.size[0];
+    shape.y_dim = image.size[1];
+    shape.num_slices = image.size[2];
+    return shape;
 }
 
-// Reads the next volume. procedure: called with the bytes of each row and its place along the second and
-// the third axis.
-template <class Procedure>
-static void read_rows(const NiftiImage &image, NiftiData &data, Procedure procedure)
+static std::size_t volume_values(const NiftiImage &image)
 {
-    std::vector<std::uint8_t> row(size_along(image, 0) * image.value_bytes);
-    for (std::size_t z = 0; z < size_along(image, 2); ++z) {
-        for (std::size_t y = 0; y < size_along(image, 1); ++y) {
-            data.read(row);
-            procedure(std::span<const std::uint8_t>(row), y, z);
-        }
-    }
+    return static_cast<std::size_t>(volume_bytes(image)) / image.value_bytes;
 }
 
 RawStorage choose_storage(const NiftiImage &image, const Progress &progress)
@@ -43,11 +47,16 @@ RawStorage choose_storage(const NiftiImage &image, const Progress &progress)
     }
     IntegerRange range;
     NiftiData data(image);
+    std::vector<std::uint8_t> stretch(StretchValues * image.value_bytes);
     for (std::int32_t frame = 1; frame <= image.frames; ++frame) {
         progress("looking at", frame);
-        read_rows(image, data, [&](std::span<const std::uint8_t> row, auto /*y*/, auto /*z*/) {
-            range = widen(range, image.type, row);
-        });
+        for (std::size_t left = volume_values(image); left > 0;) {
+            const std::size_t count = std::min(left, StretchValues);
+            const auto bytes = std::span(stretch).first(count * image.value_bytes);
+            data.read(bytes);
+            range = widen(range, image.type, bytes);
+            left -= count;
+        }
     }
     return short_storage(image, range).value_or(float_storage());
 }
@@ -72,18 +81,6 @@ ImageHeader describe_raw(const NiftiImage &image, const AxisOrder &order, const 
     return header;
 }
 
-// How far apart in the raw image two values are that are neighbours along each stored axis.
-static std::array<std::size_t, 3> strides_of(const NiftiImage &image, const AxisOrder &order)
-{
-    std::array<std::size_t, 3> strides{};
-    std::size_t stride = 1;
-    for (const std::size_t axis : order.source) {
-        strides.at(axis) = stride;
-        stride *= size_along(image, axis);
-    }
-    return strides;
-}
-
 // The bit pattern of a raw value, in the byte order of the file.
 template <class Raw>
 static auto stored_word(Raw value)
@@ -93,92 +90,147 @@ static auto stored_word(Raw value)
     return std::endian::native == std::endian::little ? word : swap_bytes(word);
 }
 
-// Puts rows into a raw volume. Where they don't lie along x there, as many are held as make a stretch of
-// it that is worth writing: neighbours along x are apart by a row or by a plane in the stored order.
-template <class Word>
-class RowPlacement
+namespace
 {
-public:
-    RowPlacement(const NiftiImage &image, const AxisOrder &order)
-        : size{size_along(image, 0), size_along(image, 1), size_along(image, 2)},
-          strides(strides_of(image, order)), along(order.source[0]),
-          rows_apart(along == 2 ? size[1] : 1), volume(size[0] * size[1] * size[2]),
-          slab(along == 0 ? 0 : std::min(Stretch, size.at(along)) * rows_apart * size[0])
-    {
-    }
 
-    void place(std::span<const Word> row, std::size_t y, std::size_t z)
-    {
-        if (along == 0) {
-            std::ranges::copy(row, volume.begin() + offset(y * strides[1] + z * strides[2]));
-            return;
+// A raw image's data file, which is written at any place.
+template <class Word>
+struct RawFile {
+    std::FILE *stream;
+    std::array<std::size_t, 3> axes; // the stored axes that are x, y and z
+    std::int64_t x_dim;
+    std::int64_t y_dim;
+    std::int64_t place = 0; // in words
+};
+
+} // namespace
+
+template <class Word>
+static void seek(RawFile<Word> &file, std::int64_t place)
+{
+    if (file.place != place) {
+        static_cast<void>(fseeko(file.stream, place * std::int64_t{sizeof(Word)}, SEEK_SET));
+        file.place = place;
+    }
+}
+
+// Writes a box of the volume that begins at `first`.
+template <class Word>
+static void write_box(RawFile<Word> &file, std::int64_t first, const VolumeBox &box,
+                      const Word *words)
+{
+    std::int64_t run = box.width;
+    std::int64_t rows = box.height;
+    std::int64_t slices = box.depth;
+    if (box.width == file.x_dim) {
+        run *= std::exchange(rows, 1);
+        run *= box.height == file.y_dim ? std::exchange(slices, 1) : 1;
+    }
+    for (std::int64_t z = box.z; z < box.z + slices; ++z) {
+        for (std::int64_t y = box.y; y < box.y + rows; ++y) {
+            seek(file, first + (z * file.y_dim + y) * file.x_dim + box.x);
+            std::fwrite(words, sizeof(Word), static_cast<std::size_t>(run), file.stream);
+            words += run;
+            file.place += run;
         }
-        const std::size_t x = along == 1 ? y : z; // in the raw volume
-        const std::size_t other = along == 1 ? 0 : y;
-        const std::size_t held = x % Stretch * rows_apart + other;
-        std::ranges::copy(row, slab.begin() + offset(held * size[0]));
-        const bool last_of_stretch = x % Stretch == Stretch - 1 || x == size.at(along) - 1;
-        if (last_of_stretch && other == rows_apart - 1) {
-            write_slab(x - x % Stretch, x % Stretch + 1, z);
-        }
     }
+}
 
-    [[nodiscard]] const std::vector<Word> &whole() const
-    {
-        return volume;
+// Reads a stored box, converts it and writes it. convert: called with the bytes of some values and where
+// their raw values go.
+template <class Raw, class Word, class Convert>
+static void write_slab(const NiftiImage &image, NiftiData &data, const VolumeBox &stored,
+                       RawFile<Word> &file, std::int64_t first, std::vector<Word> &slab,
+                       Convert convert)
+{
+    const std::array<std::int32_t, 3> start{stored.x, stored.y, stored.z};
+    const std::array<std::int32_t, 3> count{stored.width, stored.height, stored.depth};
+    std::array<std::size_t, 3> stride{}; // in the slab, of each stored axis
+    std::size_t words = 1;
+    for (const std::size_t axis : file.axes) {
+        stride.at(axis) = words;
+        words *= static_cast<std::size_t>(count.at(axis));
     }
-
-private:
-    static constexpr std::size_t Stretch = 32;
-
-    static auto offset(std::size_t element)
-    {
-        return static_cast<std::ptrdiff_t>(element);
-    }
-
-    void write_slab(std::size_t first_x, std::size_t count, std::size_t z)
-    {
-        for (std::size_t other = 0; other < rows_apart; ++other) {
-            const std::size_t row = along == 1 ? z * strides[2] : other * strides[1];
-            for (std::size_t i = 0; i < size[0]; ++i) {
-                Word *to = volume.data() + row + i * strides[0] + first_x;
-                const Word *from = slab.data() + other * size[0] + i;
-                for (std::size_t x = 0; x < count; ++x) {
-                    to[x] = from[x * rows_apart * size[0]];
-                }
+    std::array<std::uint8_t, StretchValues * sizeof(double)> bytes;
+    std::array<Raw, StretchValues> values;
+    const auto width = static_cast<std::size_t>(stored.width);
+    for (std::size_t row = 0; row < box_size(stored) / width; ++row) {
+        const auto height = static_cast<std::size_t>(stored.height);
+        Word *to = slab.data() + row % height * stride[1] + row / height * stride[2];
+        for (std::size_t x = 0; x < width; x += StretchValues) {
+            const std::size_t length = std::min(StretchValues, width - x);
+            const auto read = std::span(bytes).first(length * image.value_bytes);
+            data.read(read);
+            convert(read, std::span(values).first(length));
+            for (std::size_t i = 0; i < length; ++i) {
+                to[(x + i) * stride[0]] = stored_word(values[i]);
             }
         }
     }
+    const auto [x, y, z] = file.axes;
+    write_box(file, first,
+              {start.at(x), start.at(y), start.at(z), count.at(x), count.at(y), count.at(z)},
+              slab.data());
+}
 
-    std::array<std::size_t, 3> size; // along the stored axes
-    std::array<std::size_t, 3> strides;
-    std::size_t along;      // the stored axis that is x in the raw volume
-    std::size_t rows_apart; // neighbours along it
-    std::vector<Word> volume;
-    std::vector<Word> slab;
-};
+// Turns the slices of a volume round whose x and y were written the other way round.
+template <class Word>
+static void transpose_slices(RawFile<Word> &file, std::int64_t first, std::int64_t end)
+{
+    const auto width = static_cast<std::size_t>(file.x_dim);
+    const auto height = static_cast<std::size_t>(file.y_dim);
+    std::vector<Word> before(width * height);
+    std::vector<Word> after(width * height);
+    for (std::int64_t slice = first; slice < end; slice += file.x_dim * file.y_dim) {
+        file.place = -1; // reading and writing are set apart by a seek
+        seek(file, slice);
+        file.place = -1;
+        if (std::fread(before.data(), sizeof(Word), before.size(), file.stream) != before.size()) {
+            return;
+        }
+        for (std::size_t x = 0; x < width; ++x) {
+            for (std::size_t y = 0; y < height; ++y) {
+                after[x * height + y] = before[y * width + x];
+            }
+        }
+        seek(file, slice);
+        file.place += static_cast<std::int64_t>(
+            std::fwrite(after.data(), sizeof(Word), after.size(), file.stream));
+    }
+}
 
-// Writes all frames as elements of type Raw. convert: called with the bytes of a row and where its raw
-// values go.
+// Writes all frames as elements of type Raw.
 template <class Raw, class Convert>
-static void write_as(const NiftiImage &image, const AxisOrder &order, std::FILE *file,
+static void write_as(const NiftiImage &image, const AxisOrder &order, std::FILE *stream,
                      const Progress &progress, Convert convert)
 {
     using Word = decltype(stored_word(Raw{}));
-    RowPlacement<Word> placement(image, order);
-    std::vector<Raw> row(size_along(image, 0));
-    std::vector<Word> words(row.size());
+    const ImageHeader shape = stored_shape(image);
+    RawFile<Word> file{.stream = stream, .axes = order.source, .x_dim = 0, .y_dim = 0};
+    // A slab has few values that are neighbours along the last stored axis. Where that becomes x, it is
+    // written as y first, and the slices are turned round in the file, unless they are too large for that.
+    const std::int64_t slice =
+        std::int64_t{image.size.at(order.source[0])} * image.size.at(order.source[1]);
+    const bool turn = order.source[0] == 2 && slice <= SlabValues / 2;
+    if (turn) {
+        std::swap(file.axes[0], file.axes[1]);
+    }
+    file.x_dim = image.size.at(file.axes[0]);
+    file.y_dim = image.size.at(file.axes[1]);
+    const auto volume = static_cast<std::int64_t>(volume_values(image));
+    std::vector<Word> slab(static_cast<std::size_t>(std::min<std::int64_t>(volume, SlabValues)));
     NiftiData data(image);
     for (std::int32_t frame = 1; frame <= image.frames; ++frame) {
         progress("converting", frame);
-        read_rows(image, data,
-                  [&](std::span<const std::uint8_t> bytes, std::size_t y, std::size_t z) {
-                      convert(bytes, std::span<Raw>(row));
-                      std::ranges::transform(row, words.begin(), stored_word<Raw>);
-                      placement.place(words, y, z);
-                  });
-        const std::vector<Word> &volume = placement.whole();
-        if (std::fwrite(volume.data(), sizeof(Word), volume.size(), file) != volume.size()) {
+        const std::int64_t first = (frame - 1) * volume;
+        for (std::int64_t piece = 0; piece < count_pieces(shape, SlabValues); ++piece) {
+            write_slab<Raw>(image, data, volume_piece(shape, piece, SlabValues), file, first, slab,
+                            convert);
+        }
+        if (turn) {
+            transpose_slices(file, first, first + volume);
+        }
+        if (std::ferror(stream) != 0) {
             return; // which whoever closes the file will see
         }
     }

@@ -25,8 +25,9 @@ RawStorage choose_storage(const NiftiImage &image, const Progress &progress);
 ImageHeader describe_raw(const NiftiImage &image, const AxisOrder &order,
                          const RawStorage &storage);
 
-// Writes all frames as `describe_raw` says. Returns how many of the values written are infinite or no
-// numbers.
+// Writes all frames as `describe_raw` says. Holds a few MiB of a frame at a time.
+// file: open to write and to read, and empty. An error on it is left to be seen when it is closed.
+// Returns how many of the values written are infinite or no numbers.
 std::size_t write_frames(const NiftiImage &image, const AxisOrder &order, const RawStorage &storage,
                          std::FILE *file, const Progress &progress);
 

@@ -89,7 +89,7 @@ static FileHandle create_file(const std::string &pattern, int suffix, const std:
     const bool fits = pattern.size() < made.size();
     pattern.copy(made.data(), made.size() - 1);
     const int descriptor = fits ? mkstemps(made.data(), suffix) : -1;
-    FileHandle file(descriptor < 0 ? nullptr : fdopen(descriptor, "wb"));
+    FileHandle file(descriptor < 0 ? nullptr : fdopen(descriptor, "w+b"));
     if (file == nullptr) {
         print_error_message(2, "can't open ", path.c_str());
     }

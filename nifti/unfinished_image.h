@@ -26,7 +26,7 @@ public:
     UnfinishedImage(const UnfinishedImage &) = delete;
     UnfinishedImage &operator=(const UnfinishedImage &) = delete;
 
-    // Where the pixels are to be written.
+    // Where the pixels are to be written; what is written can be read.
     [[nodiscard]] std::FILE *data() const
     {
         return data_file.get();

@@ -74,18 +74,24 @@ TEST(StoredVolume, BoxesHoldThePixelsOfTheFile)
         const auto type = static_cast<StoredType>(dice.roll(1, 3));
         const std::int32_t size = header.x_dim * header.y_dim * header.num_slices;
         const auto all = static_cast<std::int32_t>(stored_bytes(type)) * size;
-        std::string data(static_cast<std::size_t>(dice.roll(0, 2) == 0 ? dice.roll(0, all) : all), 0);
+        std::string data(static_cast<std::size_t>(dice.roll(0, 2) == 0 ? dice.roll(0, all) : all),
+                         0);
         for (char &byte : data) {
             byte = static_cast<char>(dice.roll(1, 126)); // no NaN
         }
-        test::write_file("a.img", std::string(static_cast<std::size_t>(header.data_offset), 'x') + data);
+        test::write_file("a.img",
+                         std::string(static_cast<std::size_t>(header.data_offset), 'x') + data);
         std::vector<float> pixels = plain_pixels({data.begin(), data.end()}, type, header);
         pixels.resize(static_cast<std::size_t>(size));
 
         StoredVolume volume = open_raw_volume("a.img", header, {1, 1, 1, 0, 0}, type);
         VolumeBox box = whole_volume(header);
-        box = {dice.roll(0, box.width - 1), dice.roll(0, box.height - 1), dice.roll(0, box.depth - 1),
-               0, 0, 0};
+        box = {dice.roll(0, box.width - 1),
+               dice.roll(0, box.height - 1),
+               dice.roll(0, box.depth - 1),
+               0,
+               0,
+               0};
         box.width = dice.roll(0, 3) == 0 ? 1 : dice.roll(1, header.x_dim - box.x);
         box.height = dice.roll(1, header.y_dim - box.y);
         box.depth = dice.roll(1, header.num_slices - box.z);
