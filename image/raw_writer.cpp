@@ -1,8 +1,8 @@
 #include "image/raw_writer.h"
 
+#include "image/allocate.h"
 #include "image/byte_order.h"
 #include "image/cutoff.h"
-#include "image/file_piece.h"
 #include "image/flip_image.h"
 #include "image/image_geometry.h"
 #include "image/raw_header.h"
@@ -19,6 +19,9 @@
 
 namespace velmorant
 {
+
+// Bytes that are encoded and written at a time: few enough to be in the cache still when they are written.
+static constexpr std::int32_t PieceBytes = 131072;
 
 namespace
 {
@@ -85,7 +88,7 @@ static bool encode(std::span<const float> pixels, const Encoding &encoding, std:
     return encode_shorts<Order>(pixels, encoding, bytes);
 }
 
-// Writes `count` zero bytes, in pieces. zeros: as many of them, or PieceBytes.
+// Writes `count` zero bytes. zeros: PieceBytes of them.
 static void write_zeros(std::FILE *file, std::int32_t count, const unsigned char *zeros)
 {
     while (count > 0) {
@@ -101,13 +104,12 @@ static void write_data(const char *image_name, std::span<const float> pixels,
                        const ImageHeader &header, const Encoding &encoding)
 {
     FileHandle file = open_or_report(image_name, "wb");
-    const auto zeros = static_cast<std::size_t>(std::max(header.data_offset, 0));
-    const Block<unsigned char> bytes = allocate_file_piece(zeros + pixels.size_bytes());
+    const Block<unsigned char> bytes(allocate_unsigned_char_zero(PieceBytes, "file piece"));
     write_zeros(file.get(), header.data_offset, bytes.get());
     if (!pixels.empty()) {
         check_byte_order(header);
     }
-    const std::size_t element_bytes = encoding.type == StoredType::Float ? 4 : 2;
+    const std::size_t element_bytes = stored_bytes(encoding.type);
     bool overflow = false;
     while (!pixels.empty()) {
         const auto piece =

@@ -2,6 +2,7 @@
 
 #include "tests/support/test.h"
 
+using test::Outcome;
 using test::shell;
 
 // Puts the program, a study and a palette into the working directory.
@@ -87,6 +88,25 @@ TEST(Surroundings, APictureDoesNotReplaceWhatIsRead)
     shell("ln -sf b.img o.tif; touch b.img; cp a.hdr b.hdr");
     EXPECT_TRUE(shell("./tiffgen a.img o 1 -hb.img; echo $?").ends_with("\n1\n"));
 }
+
+#ifndef SANITIZED
+TEST(Memory, IsBoundedWhateverTheVolume)
+{
+    make_folder();
+    // 250 million pixels, of which a thousandth is just what the survey keeps; in a file without blocks.
+    test::write_file("a.hdr", test::text_header("matrix size [1] :=500\nmatrix size [2] :=500\n"
+                                                "number of slices :=1000\n!data format :=2\n"));
+    std::filesystem::resize_file("a.img", 500000000);
+    constexpr long most = 16384; // KiB
+    const Outcome picture =
+        test::run_program(TIFFGEN, {"tiffgen", "a.img", "o", "0.0", "-x1", "-y1"});
+    EXPECT_EQ(picture.status, 1) << picture.out;
+    EXPECT_LE(picture.peak_kib, most);
+    const Outcome check = test::run_program(TIFFGEN_CHECK, {"c", "study", "FLOATB", "a.img"});
+    EXPECT_EQ(check.status, 0) << check.err;
+    EXPECT_LE(check.peak_kib, most);
+}
+#endif
 
 // Sixteen first runs at a time, again and again.
 static void run_together(int rounds)

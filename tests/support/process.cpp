@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -28,9 +29,10 @@ static Outcome run_apart(const std::function<void()> &procedure)
         std::exit(77);
     }
     int status = 0;
-    EXPECT_EQ(waitpid(child, &status, 0), child);
+    rusage used{};
+    EXPECT_EQ(wait4(child, &status, 0, &used), child);
     Outcome outcome{WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
-                    read_file(out), read_file(err)};
+                    read_file(out), read_file(err), used.ru_maxrss};
     std::filesystem::remove(out);
     std::filesystem::remove(err);
     return outcome;

@@ -12,6 +12,7 @@ struct Outcome {
     int status; // exit status, or 128 + the signal that ended it
     std::string out;
     std::string err;
+    long peak_kib; // its largest resident memory
 };
 
 // Runs a program by its path with the given first word (argv[0]) and arguments.
