@@ -18,8 +18,8 @@ install(TARGETS velmorant_image EXPORT VelmorantTargets)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/prefs ${PROJECT_SOURCE_DIR}/image ${PROJECT_SOURCE_DIR}/ecat
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/velmorant
         FILES_MATCHING PATTERN *.h
-        PATTERN internal_buffer.h EXCLUDE PATTERN volume_statistics.h EXCLUDE
-        PATTERN wide_vectors.h EXCLUDE)
+        PATTERN internal_buffer.h EXCLUDE PATTERN largest_pixels.h EXCLUDE
+        PATTERN volume_statistics.h EXCLUDE PATTERN wide_vectors.h EXCLUDE)
 install(EXPORT VelmorantTargets NAMESPACE Velmorant:: DESTINATION ${velmorant_cmakedir})
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/VelmorantConfig.cmake.in VelmorantConfig.cmake
     INSTALL_DESTINATION ${velmorant_cmakedir})

@@ -1,6 +1,6 @@
 #include "image/volume_statistics.h"
 
-#include "image/allocate.h"
+#include "image/largest_pixels.h"
 #include "image/wide_vectors.h"
 
 #include <algorithm>
@@ -13,11 +13,8 @@
 namespace velmorant
 {
 
-// Pixels of a piece that are surveyed at a time: those without one of the volume's largest pixels are many.
-static constexpr std::size_t StretchPixels = 1024;
-
-// Extremes that are kept side by side, each of every so many-th pixel, so that no comparison waits
-// for the one before it.
+// Running extremes kept side by side, each of every so many-th pixel, so that no comparison waits for the
+// one before it.
 static constexpr std::size_t Lanes = 16;
 
 static constexpr float NoMaximum = -1e30F;
@@ -76,93 +73,6 @@ static LaneRanges survey_lanes(const float *pixels, std::size_t count, float che
     return ranges;
 }
 
-// Copies the pixels above a bound, of which there are few in most blocks. Returns their number.
-VELMORANT_WIDE_VECTORS
-static std::size_t copy_above(float bound, const float *pixels, std::size_t count, float *copies)
-{
-    constexpr std::size_t block = 64;
-    std::size_t copied = 0;
-    for (std::size_t start = 0; start < count; start += block) {
-        const std::size_t end = std::min(start + block, count);
-        std::uint32_t above = 0;
-        for (std::size_t i = start; i < end; ++i) {
-            above |= static_cast<std::uint32_t>(pixels[i] > bound);
-        }
-        for (std::size_t i = start; above != 0 && i < end; ++i) {
-            copies[copied] = pixels[i];
-            copied += static_cast<std::size_t>(pixels[i] > bound);
-        }
-    }
-    return copied;
-}
-
-namespace
-{
-
-// Gathers the largest in-field pixels.
-class LargestPixels
-{
-public:
-    LargestPixels(std::size_t count, float check)
-        : wanted(count), gathered(allocate_float(static_cast<std::int32_t>(most() + StretchPixels),
-                                                 "largest pixels")),
-          bound(count == 0          ? Infinity
-                : check > -Infinity ? std::nextafter(check, -Infinity)
-                                    : -Infinity)
-    {
-    }
-
-    // pixels: at most StretchPixels. max: the largest in-field one.
-    void add(const float *pixels, std::size_t count, float max)
-    {
-        if (max > bound) {
-            size += copy_above(bound, pixels, count, gathered.get() + size);
-            drop_smaller(most());
-        }
-    }
-
-    void add_zeros(std::size_t count)
-    {
-        static constexpr float zeros[StretchPixels]{};
-        while (count > 0 && bound < 0.0F) {
-            const std::size_t stretch = std::min(count, StretchPixels);
-            add(zeros, stretch, 0.0F);
-            count -= stretch;
-        }
-    }
-
-    std::vector<float> take()
-    {
-        drop_smaller(wanted);
-        return {gathered.get(), gathered.get() + size};
-    }
-
-private:
-    // How many are gathered before the smaller ones are dropped, for which all are looked at.
-    [[nodiscard]] std::size_t most() const
-    {
-        return 4 * wanted;
-    }
-
-    // Does nothing while no more than `enough` are gathered.
-    void drop_smaller(std::size_t enough)
-    {
-        if (size > enough) {
-            float *last = gathered.get() + wanted - 1;
-            std::nth_element(gathered.get(), last, gathered.get() + size, std::greater{});
-            size = wanted;
-            bound = *last;
-        }
-    }
-
-    std::size_t wanted;
-    Block<float> gathered;
-    std::size_t size = 0;
-    float bound; // what isn't above it is none of the largest, or out of field
-};
-
-} // namespace
-
 static FieldRange survey_piece(const Piece &piece, float check, LargestPixels &largest)
 {
     FieldRange range{.max = NoMaximum, .min = NoMinimum, .count = 0};
@@ -173,8 +83,8 @@ static FieldRange survey_piece(const Piece &piece, float check, LargestPixels &l
         largest.add_zeros(piece.count);
         return {.max = 0.0F, .min = 0.0F, .count = static_cast<std::int32_t>(piece.count)};
     }
-    for (std::size_t start = 0; start < piece.count; start += StretchPixels) {
-        const std::size_t count = std::min(StretchPixels, piece.count - start);
+    for (std::size_t start = 0; start < piece.count; start += LargestPixels::MostAtOnce) {
+        const std::size_t count = std::min(LargestPixels::MostAtOnce, piece.count - start);
         const LaneRanges ranges = survey_lanes(piece.pixels + start, count, check);
         const float max = *std::ranges::max_element(ranges.highest);
         largest.add(piece.pixels + start, count, max);
@@ -187,8 +97,7 @@ static FieldRange survey_piece(const Piece &piece, float check, LargestPixels &l
     return range;
 }
 
-// The one pixel value whose equals can be told apart: an extreme of zero has the sign of the volume's last
-// zero.
+// Zeros alone have equals that differ. An extreme of zero has the sign of the volume's last zero.
 static float settle_zero(VolumePixels &volume, float extreme)
 {
     for (std::int64_t number = count_pieces(volume.header()); extreme == 0.0F && number-- > 0;) {
@@ -205,8 +114,8 @@ static float settle_zero(VolumePixels &volume, float extreme)
     return extreme;
 }
 
-// From the middle of the volume on, and then from its beginning: most are brightest in the middle, and the
-// sooner the largest pixels are met, the fewer others are taken for them.
+// Starts in the middle, where most volumes are brightest: the sooner the largest pixels are found, the fewer
+// others are kept on the way.
 FieldSurvey survey_field(VolumePixels &volume, float check, std::size_t kept)
 {
     FieldRange range{.max = NoMaximum, .min = NoMinimum, .count = 0};
