@@ -105,15 +105,16 @@ row() {
             columns+=(- -)
         fi
     done
-    columns+=("$(quotient "${peaks[0]}" 1024 1)"
-        "$(quotient $((peaks[0] * 1024 - x * y * slices * 4)) 1048576 1)")
+    local numpy_peak=-
+    [ -z "$python" ] || numpy_peak=$(quotient "${peaks[2]}" 1024 1)
+    columns+=("$(quotient "${peaks[0]}" 1024 1)" "$numpy_peak")
     printf '| %s |' "$name" "${columns[@]}" | sed 's/||/|/g'
     printf '\n'
     raw_time=${times[0]}
 }
 
 first_run
-echo '| study | tiffgen, ms | copy, ms | beyond it | numpy, ms | tiffgen / numpy | libvips, ms | tiffgen / libvips | peak, MiB | beyond the volume |'
+echo '| study | tiffgen, ms | copy, ms | beyond it | numpy, ms | tiffgen / numpy | libvips, ms | tiffgen / libvips | peak, MiB | numpy, MiB |'
 echo '|---|---|---|---|---|---|---|---|---|---|'
 row S FLOATB 128 128 60 1 1 "${ROUNDS:-40}"
 if [ "$smallest" = --smallest ]; then

@@ -34,16 +34,16 @@ void report_geometry(const StudyReport &report, const ImageHeader &header)
                  header.num_beds);
 }
 
-static void widen(ValueRange &range, std::span<const float> values)
+// The range with more values. A NaN is neither smaller nor larger than any.
+static ValueRange widen(ValueRange range, std::span<const float> values)
 {
+    auto [smallest, largest, not_numbers] = range;
     for (const float value : values) {
-        if (std::isnan(value)) {
-            ++range.not_numbers;
-        } else {
-            range.smallest = std::min(range.smallest, value);
-            range.largest = std::max(range.largest, value);
-        }
+        smallest = value < smallest ? value : smallest;
+        largest = value > largest ? value : largest;
+        not_numbers += std::isnan(value) ? 1U : 0U;
     }
+    return {smallest, largest, not_numbers};
 }
 
 ValueRange measure_volume(StoredVolume &volume)
@@ -54,7 +54,7 @@ ValueRange measure_volume(StoredVolume &volume)
     for (std::int64_t piece = 0; piece < count_pieces(volume.header); ++piece) {
         const VolumeBox box = volume_piece(volume.header, piece);
         read_box(volume, box, pixels.data());
-        widen(range, std::span(pixels).first(box_size(box)));
+        range = widen(range, std::span(pixels).first(box_size(box)));
     }
     return range;
 }

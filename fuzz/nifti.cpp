@@ -4,6 +4,8 @@
 #include "nifti/conversion.h"
 #include "prefs/file_handle.h"
 
+#include <unistd.h>
+
 using namespace velmorant;
 
 static void convert(const char *path)
@@ -17,6 +19,8 @@ static void convert(const char *path)
     }
     const auto quiet = [](const char * /*doing*/, std::int32_t /*frame*/) {
     };
+    std::rewind(output.get());
+    fuzz::require(ftruncate(fileno(output.get()), 0) == 0, "an empty file");
     const RawStorage storage = choose_storage(image, quiet);
     write_frames(image, *order, storage, output.get(), quiet);
     const ImageHeader header = describe_raw(image, *order, storage);

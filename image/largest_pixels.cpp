@@ -40,8 +40,8 @@ static float below(float check)
 }
 
 LargestPixels::LargestPixels(std::size_t count, float check)
-    : wanted(count), gathered(allocate_float(static_cast<std::int32_t>(most() + MostAtOnce),
-                                             "largest pixels")),
+    : wanted(count),
+      gathered(allocate_float(static_cast<std::int32_t>(most() + MostAtOnce), "largest pixels")),
       bound(count == 0 ? Infinity : below(check))
 {
 }

@@ -1,7 +1,11 @@
 #pragma once
 
-// An opened volume, read box by box where it lies in its file. A raw volume and the planes of an ECAT 6
-// matrix file differ only in where their pixels begin, how many are stored, and their factor.
+// An opened volume, which is read box by box where it lies in its file. Once opened, a raw volume and
+// the planes of an ECAT 6 matrix file differ only in where their pixels begin, how many are stored, and
+// their factor.
+//
+// The file is read, not mapped: a mapped study that is cut while a program reads it would end the
+// program with a signal.
 
 #include "image/allocate.h"
 #include "image/image_header.h"
@@ -17,43 +21,43 @@
 namespace velmorant
 {
 
-// Elements that lie in a file without a break.
+// Elements that follow one another in a file without a break.
 struct StoredPart {
-    std::int64_t offset;   // byte of the first one
+    std::int64_t offset;   // byte of the first element
     std::int64_t elements; // how many are stored
-    float factor;          // real value of one stored unit, for integers
-    float rest;            // value of the part's further pixels
+    float factor;          // real value of one stored unit (16-bit integers)
+    float rest;            // value of the part's pixels beyond the stored elements
 };
 
-// The volume's pixels in the order in which they are stored (x fastest, then y, then slice, each axis
-// reversed whose flag in the header is 0) are those of the parts, one after the other.
+// The parts, one after the other, hold the volume's pixels in stored order: x fastest, then y, then
+// slice; an axis whose flag in the header is 0 runs backwards.
 struct StoredVolume {
-    FileHandle file;
-    std::string name;   // the file's, for reports
-    ImageHeader header; // dimensions and orientation of what is opened
-    StoredType type;
-    std::endian byte_order;
-    std::int64_t part_pixels; // of each part
+    FileHandle file;          // unbuffered
+    std::string name;         // of the file, for reports
+    ImageHeader header;       // dimensions and orientation
+    StoredType type;          // of the elements
+    std::endian byte_order;   // of the elements
+    std::int64_t part_pixels; // pixels of each part
     std::vector<StoredPart> parts;
-    // The start of the line that ends the run, with status -1, where elements can't be read; or null:
-    // the elements after the file's new end are the part's rest, and an error is reported as "can't read " and the name.
-    const char *short_read;
-    Block<unsigned char> buffer; // see `allocate_read_buffer`
+    const char *short_read; // null, or how the report of missing elements begins, see `read_box`
+    Block<unsigned char> buffer; // from `allocate_read_buffer`
 };
 
-// Room for what is read from the file at a time, zeroed: `bytes`, or less where that is more than is
-// read at once. The label is that of image/allocate.h.
+// Allocates the buffer for reading: zeroed, `bytes` bytes or as many as are read at a time, whichever
+// are fewer. label: see image/allocate.h.
 Block<unsigned char> allocate_read_buffer(std::uint64_t bytes, const char *label);
 
-// Whether the file holds no pixel of the box, and all are 0 (not -0).
+// Whether every pixel of the box is 0 (not -0) because the file holds none of them.
 bool is_blank(const StoredVolume &volume, const VolumeBox &box);
 
-// Reads a box of the volume into `pixels` (box_size(box) floats, laid out as a volume of that size) in the
-// standard orientation and in real units. Reads over short gaps between rows instead of seeking.
-// A file that is cut after it was opened ends where it ends now.
-// Fatal, see `StoredVolume::short_read`:
-//   "can't read " NAME                                    a read error
-//   SHORT_READ " (512 expected, 0 read)...", status -1    a read error, or a file that was cut
+// Reads a box of the volume into `pixels` (box_size(box) floats, laid out as a volume of the box's size),
+// in the standard orientation and in real units. Short gaps between rows are read, not skipped.
+//
+// Elements may have gone since the volume was opened. Where `short_read` is null, the part ends where
+// its file ends now.
+// Fatal:
+//   "can't read " NAME                                    read error, `short_read` is null
+//   SHORT_READ " (512 expected, 0 read)...", status -1    read error or missing elements, otherwise
 void read_box(StoredVolume &volume, const VolumeBox &box, float *pixels);
 
 } // namespace velmorant

@@ -1,7 +1,6 @@
 #pragma once
 
-// The pixels of a volume for the passes over it, box by box: out of a file, or out of a buffer that holds
-// the volume.
+// The pixels of a volume, box by box: read from its file, or taken from memory that holds the volume.
 
 #include "image/allocate.h"
 #include "image/image_header.h"
@@ -26,7 +25,7 @@ struct BoxPixels {
 class VolumePixels
 {
 public:
-    // Pixels of a box that is read from a file; room for a montage's widest row of tiles.
+    // The most pixels of a box. Two rows of the widest picture fit.
     static constexpr std::size_t BoxRoom = 131072;
 
     // A volume in memory, laid out as image/image_header.h says. It stays the caller's.
@@ -40,15 +39,15 @@ public:
         return described;
     }
 
-    // The pixels of a box of at most BoxRoom pixels; good until the next call. Reads them where they
-    // aren't at hand, and ends the run as `read_box` does.
+    // The pixels of a box of at most BoxRoom pixels, valid until the next call. Reads them unless the
+    // last call did, and ends the run as `read_box` does.
     BoxPixels box(const VolumeBox &box);
 
 private:
     ImageHeader described;
     std::optional<StoredVolume> stored;
     Block<float> buffer;
-    // What is at hand.
+    // The box in memory.
     const float *pixels;
     VolumeBox held;
 };

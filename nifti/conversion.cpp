@@ -3,12 +3,14 @@
 #include "image/byte_order.h"
 #include "image/volume_box.h"
 #include "nifti/nifti_data.h"
+#include "nifti/raw_file.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
+#include <span>
 #include <type_traits>
-#include <utility>
 #include <vector>
 
 namespace velmorant
@@ -93,110 +95,53 @@ static auto stored_word(Raw value)
 namespace
 {
 
-// A raw image's data file, which is written at any place.
+// A stored box on its way into a raw image.
 template <class Word>
-struct RawFile {
-    std::FILE *stream;
-    std::array<std::size_t, 3> axes; // the stored axes that are x, y and z
-    std::int64_t x_dim;
-    std::int64_t y_dim;
-    std::int64_t place = 0; // in words
+struct Slab {
+    std::array<std::size_t, 3> axes; // the stored axes in the order of the words, the fastest first
+    std::vector<Word> words;
+    std::vector<std::uint8_t> stored; // a stretch of a row
 };
 
 } // namespace
 
-template <class Word>
-static void seek(RawFile<Word> &file, std::int64_t place)
-{
-    if (file.place != place) {
-        static_cast<void>(fseeko(file.stream, place * std::int64_t{sizeof(Word)}, SEEK_SET));
-        file.place = place;
-    }
-}
-
-// Writes a box of the volume that begins at `first`.
-template <class Word>
-static void write_box(RawFile<Word> &file, std::int64_t first, const VolumeBox &box,
-                      const Word *words)
-{
-    std::int64_t run = box.width;
-    std::int64_t rows = box.height;
-    std::int64_t slices = box.depth;
-    if (box.width == file.x_dim) {
-        run *= std::exchange(rows, 1);
-        run *= box.height == file.y_dim ? std::exchange(slices, 1) : 1;
-    }
-    for (std::int64_t z = box.z; z < box.z + slices; ++z) {
-        for (std::int64_t y = box.y; y < box.y + rows; ++y) {
-            seek(file, first + (z * file.y_dim + y) * file.x_dim + box.x);
-            std::fwrite(words, sizeof(Word), static_cast<std::size_t>(run), file.stream);
-            words += run;
-            file.place += run;
-        }
-    }
-}
-
-// Reads a stored box, converts it and writes it. convert: called with the bytes of some values and where
-// their raw values go.
+// Reads a stored box and converts it. convert: called with the bytes of some values and where their
+// raw values go.
 template <class Raw, class Word, class Convert>
-static void write_slab(const NiftiImage &image, NiftiData &data, const VolumeBox &stored,
-                       RawFile<Word> &file, std::int64_t first, std::vector<Word> &slab,
-                       Convert convert)
+static void fill_slab(const NiftiImage &image, NiftiData &data, const VolumeBox &box,
+                      Slab<Word> &slab, Convert convert)
 {
-    const std::array<std::int32_t, 3> start{stored.x, stored.y, stored.z};
-    const std::array<std::int32_t, 3> count{stored.width, stored.height, stored.depth};
-    std::array<std::size_t, 3> stride{}; // in the slab, of each stored axis
+    const std::array<std::int32_t, 3> size{box.width, box.height, box.depth};
+    std::array<std::size_t, 3> stride{}; // of each stored axis in the slab
     std::size_t words = 1;
-    for (const std::size_t axis : file.axes) {
+    for (const std::size_t axis : slab.axes) {
         stride.at(axis) = words;
-        words *= static_cast<std::size_t>(count.at(axis));
+        words *= static_cast<std::size_t>(size.at(axis));
     }
-    std::array<std::uint8_t, StretchValues * sizeof(double)> bytes;
-    std::array<Raw, StretchValues> values;
-    const auto width = static_cast<std::size_t>(stored.width);
-    for (std::size_t row = 0; row < box_size(stored) / width; ++row) {
-        const auto height = static_cast<std::size_t>(stored.height);
-        Word *to = slab.data() + row % height * stride[1] + row / height * stride[2];
+    std::vector<Raw> values(StretchValues);
+    const auto width = static_cast<std::size_t>(box.width);
+    const auto height = static_cast<std::size_t>(box.height);
+    for (std::size_t row = 0; row < box_size(box) / width; ++row) {
+        Word *to = slab.words.data() + row % height * stride[1] + row / height * stride[2];
         for (std::size_t x = 0; x < width; x += StretchValues) {
-            const std::size_t length = std::min(StretchValues, width - x);
-            const auto read = std::span(bytes).first(length * image.value_bytes);
-            data.read(read);
-            convert(read, std::span(values).first(length));
-            for (std::size_t i = 0; i < length; ++i) {
+            const std::size_t count = std::min(StretchValues, width - x);
+            const auto stored = std::span(slab.stored).first(count * image.value_bytes);
+            data.read(stored);
+            convert(stored, std::span(values).first(count));
+            for (std::size_t i = 0; i < count; ++i) {
                 to[(x + i) * stride[0]] = stored_word(values[i]);
             }
         }
     }
-    const auto [x, y, z] = file.axes;
-    write_box(file, first,
-              {start.at(x), start.at(y), start.at(z), count.at(x), count.at(y), count.at(z)},
-              slab.data());
 }
 
-// Turns the slices of a volume round whose x and y were written the other way round.
-template <class Word>
-static void transpose_slices(RawFile<Word> &file, std::int64_t first, std::int64_t end)
+// The same box in a raw volume whose x, y and z are these stored axes.
+static VolumeBox raw_box(const VolumeBox &stored, const std::array<std::size_t, 3> &source)
 {
-    const auto width = static_cast<std::size_t>(file.x_dim);
-    const auto height = static_cast<std::size_t>(file.y_dim);
-    std::vector<Word> before(width * height);
-    std::vector<Word> after(width * height);
-    for (std::int64_t slice = first; slice < end; slice += file.x_dim * file.y_dim) {
-        file.place = -1; // reading and writing are set apart by a seek
-        seek(file, slice);
-        file.place = -1;
-        if (std::fread(before.data(), sizeof(Word), before.size(), file.stream) != before.size()) {
-            return;
-        }
-        for (std::size_t x = 0; x < width; ++x) {
-            for (std::size_t y = 0; y < height; ++y) {
-                after[x * height + y] = before[y * width + x];
-            }
-        }
-        seek(file, slice);
-        file.place += static_cast<std::int64_t>(
-            std::fwrite(after.data(), sizeof(Word), after.size(), file.stream));
-    }
+    const std::array<std::int32_t, 3> first{stored.x, stored.y, stored.z};
+    const std::array<std::int32_t, 3> size{stored.width, stored.height, stored.depth};
+    const auto [x, y, z] = source;
+    return {first.at(x), first.at(y), first.at(z), size.at(x), size.at(y), size.at(z)};
 }
 
 // Writes all frames as elements of type Raw.
@@ -206,33 +151,24 @@ static void write_as(const NiftiImage &image, const AxisOrder &order, std::FILE 
 {
     using Word = decltype(stored_word(Raw{}));
     const ImageHeader shape = stored_shape(image);
-    RawFile<Word> file{.stream = stream, .axes = order.source, .x_dim = 0, .y_dim = 0};
-    // A slab has few values that are neighbours along the last stored axis. Where that becomes x, it is
-    // written as y first, and the slices are turned round in the file, unless they are too large for that.
-    const std::int64_t slice =
-        std::int64_t{image.size.at(order.source[0])} * image.size.at(order.source[1]);
-    const bool turn = order.source[0] == 2 && slice <= SlabValues / 2;
-    if (turn) {
-        std::swap(file.axes[0], file.axes[1]);
-    }
-    file.x_dim = image.size.at(file.axes[0]);
-    file.y_dim = image.size.at(file.axes[1]);
-    const auto volume = static_cast<std::int64_t>(volume_values(image));
-    std::vector<Word> slab(static_cast<std::size_t>(std::min<std::int64_t>(volume, SlabValues)));
+    const auto [x, y, z] = order.source;
+    // Slabs are thin along the last stored axis: where that becomes x they are written turned.
+    const bool turned = x == 2;
+    RawFile<Word> file(stream, {image.size.at(x), image.size.at(y), image.size.at(z)}, turned,
+                       SlabValues);
+    const std::size_t room = std::min<std::size_t>(volume_values(image), SlabValues);
+    Slab<Word> slab{.axes = turned ? std::array{y, x, z} : order.source,
+                    .words = std::vector<Word>(room),
+                    .stored = std::vector<std::uint8_t>(StretchValues * image.value_bytes)};
     NiftiData data(image);
-    for (std::int32_t frame = 1; frame <= image.frames; ++frame) {
+    for (std::int32_t frame = 1; frame <= image.frames && std::ferror(stream) == 0; ++frame) {
         progress("converting", frame);
-        const std::int64_t first = (frame - 1) * volume;
         for (std::int64_t piece = 0; piece < count_pieces(shape, SlabValues); ++piece) {
-            write_slab<Raw>(image, data, volume_piece(shape, piece, SlabValues), file, first, slab,
-                            convert);
+            const VolumeBox box = volume_piece(shape, piece, SlabValues);
+            fill_slab<Raw>(image, data, box, slab, convert);
+            file.write_box(raw_box(box, order.source), slab.words.data());
         }
-        if (turn) {
-            transpose_slices(file, first, first + volume);
-        }
-        if (std::ferror(stream) != 0) {
-            return; // which whoever closes the file will see
-        }
+        file.finish_volume();
     }
 }
 

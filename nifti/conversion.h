@@ -25,9 +25,10 @@ RawStorage choose_storage(const NiftiImage &image, const Progress &progress);
 ImageHeader describe_raw(const NiftiImage &image, const AxisOrder &order,
                          const RawStorage &storage);
 
-// Writes all frames as `describe_raw` says. Holds a few MiB of a frame at a time.
-// file: open to write and to read, and empty. An error on it is left to be seen when it is closed.
+// Writes all frames as `describe_raw` says, a few MiB at a time.
+// file: empty, open to write and to read. Closing it reports a failed write.
 // Returns how many of the values written are infinite or no numbers.
+// Fatal: "can't write the raw image" where the file can't be sought or read again.
 std::size_t write_frames(const NiftiImage &image, const AxisOrder &order, const RawStorage &storage,
                          std::FILE *file, const Progress &progress);
 
