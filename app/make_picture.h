@@ -5,11 +5,11 @@
 namespace velmorant
 {
 
-// The way of the data, from the files that the settings name to the picture: palette, header, volume,
-// normalisation, montage, TIFF file. Prints the lines about the volume. The volume stays in its file: each
-// step reads it as often as it needs, in pieces.
-// Fatal: a picture that would take the place of a file that is read, as `check_output` says; and what the
-// headers of the steps say, in this order.
+// The way of the data, from the files that the settings name to the picture: palette, header,
+// volume, normalisation, montage, TIFF file. Prints the lines about the volume. Every step reads
+// the volume from its file, in pieces.
+// Fatal: a picture that would replace a file that is read, as `check_output` says; and what the
+// headers of the steps list, in the order of the steps.
 void make_picture(const RunRequest &request);
 
 } // namespace velmorant

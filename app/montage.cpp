@@ -59,7 +59,9 @@ static void map_pixels(const float *pixels, std::size_t count, const PixelMappin
     }
 }
 
-// As many rows of the slices of a tile row as are read together, the given one among them.
+static_assert(VolumePixels::BoxRoom >= 2 * std::size_t{32767}, "a row of the widest picture fits");
+
+// The box that is read for one row of it: as many rows of the shown slices as there is room for.
 static VolumeBox band_of(VolumeBox row, const Placement &down)
 {
     const auto row_pixels = static_cast<std::int32_t>(box_size(row));
@@ -70,6 +72,28 @@ static VolumeBox band_of(VolumeBox row, const Placement &down)
     return row;
 }
 
+// The pixels of a tile row that lie in one picture row, without the margins; no pixels where there
+// are none. room: columns of the picture from the first slice's first pixel on.
+static VolumeBox shown_row(const ImageHeader &header, const MontageGrid &grid, std::int32_t row,
+                           const Placement &across, const Placement &down, std::int64_t room)
+{
+    const std::int32_t tile_y = row % grid.slice_height;
+    if (tile_y < down.first || tile_y >= down.last || across.first >= across.last || room <= 0) {
+        return {};
+    }
+    const std::int32_t first_slice = row / grid.slice_height * grid.columns;
+    const std::int64_t columns =
+        std::min<std::int64_t>(grid.columns, (room + grid.slice_width - 1) / grid.slice_width);
+    return {.x = across.source,
+            .y = down.source + tile_y - down.first,
+            .z = first_slice,
+            .width =
+                static_cast<std::int32_t>(std::min<std::int64_t>(across.last - across.first, room)),
+            .height = 1,
+            .depth = static_cast<std::int32_t>(
+                std::min<std::int64_t>(header.num_slices - first_slice, columns))};
+}
+
 void render_montage_row(VolumePixels &volume, const MontageGrid &grid, const PixelMapping &mapping,
                         std::int32_t row, std::span<std::uint8_t> indices)
 {
@@ -77,31 +101,25 @@ void render_montage_row(VolumePixels &volume, const MontageGrid &grid, const Pix
     const ImageHeader &header = volume.header();
     const Placement across = centre(header.x_dim, grid.slice_width);
     const Placement down = centre(header.y_dim, grid.slice_height);
-    const std::int32_t tile_y = row % grid.slice_height;
     const std::int64_t room = static_cast<std::int64_t>(indices.size()) - across.first;
-    const auto width =
-        static_cast<std::int32_t>(std::min<std::int64_t>(across.last - across.first, room));
-    if (tile_y < down.first || tile_y >= down.last || width <= 0) {
+    const VolumeBox shown = shown_row(header, grid, row, across, down, room);
+    if (box_size(shown) == 0) {
         return;
     }
-    const std::int32_t first_slice = row / grid.slice_height * grid.columns;
-    const std::int64_t shown = (room + grid.slice_width - 1) / grid.slice_width; // columns
-    const auto slices = static_cast<std::int32_t>(
-        std::min<std::int64_t>(std::min(header.num_slices - first_slice, grid.columns), shown));
-    const std::int32_t y = down.source + (tile_y - down.first);
-    const VolumeBox box = band_of({across.source, y, first_slice, width, 1, slices}, down);
-    const BoxPixels pixels = volume.box(box);
-    for (std::int32_t column = 0; column < slices; ++column) {
+    const VolumeBox band = band_of(shown, down);
+    const BoxPixels pixels = volume.box(band);
+    const std::size_t line = static_cast<std::size_t>(shown.y - band.y) * pixels.row_stride;
+    for (std::int32_t column = 0; column < shown.depth; ++column) {
         const std::int64_t start = std::int64_t{column} * grid.slice_width;
-        const auto count = static_cast<std::size_t>(std::min<std::int64_t>(width, room - start));
+        const auto count =
+            static_cast<std::size_t>(std::min<std::int64_t>(shown.width, room - start));
         std::uint8_t *tile = indices.data() + across.first + start;
         if (pixels.first == nullptr) {
             std::fill_n(tile, count,
                         palette_index(rescale(0.0F, mapping.rescaling), mapping.range));
         } else {
-            map_pixels(pixels.first + static_cast<std::size_t>(y - box.y) * pixels.row_stride +
-                           static_cast<std::size_t>(column) * pixels.slice_stride,
-                       count, mapping, tile);
+            const auto slice = static_cast<std::size_t>(column) * pixels.slice_stride;
+            map_pixels(pixels.first + line + slice, count, mapping, tile);
         }
     }
 }

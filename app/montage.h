@@ -36,8 +36,8 @@ struct PixelMapping {
 // Computes the palette indices of one picture row, without the scale bar, as far as there is room:
 // a picture may show less than the whole montage. Rows that follow one another are read together.
 // row: from 0 to rows * slice_height - 1.
-// indices: columns * slice_width bytes, or fewer for the left part of the row, but at most 32767. Where a
-// tile shows no pixel of a slice it shows the value 0.0, which isn't rescaled.
+// indices: columns * slice_width bytes, or fewer for the left part of the row, but at most 32767.
+// Where a tile shows no pixel of a slice it shows the value 0.0, which isn't rescaled.
 void render_montage_row(VolumePixels &volume, const MontageGrid &grid, const PixelMapping &mapping,
                         std::int32_t row, std::span<std::uint8_t> indices);
 

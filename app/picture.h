@@ -32,7 +32,7 @@ PictureSize measure_picture(const PictureStyle &style);
 
 // Renders a volume row by row into an uncompressed TIFF file, 8 bits a sample: gray, or RGB through
 // the tables of app/palette.h. When a row can't be written the rest is left out without a word.
-// Fatal, and as `VolumePixels::box` says:
+// Fatal; and as `VolumePixels::box` says, the file then holding the rows before the failure:
 //   "Can't write tiff file"                      the file can't be created
 //   "can't allocate memory for scan line"        or "... for tags"
 void write_picture(const char *tiff_name, VolumePixels &volume, const PictureStyle &style,

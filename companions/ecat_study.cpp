@@ -218,8 +218,8 @@ static void report_faults(StudyReport &report, const EcatStudy &study, const Fra
     }
 }
 
-// The volumes in which nothing is wrong, in the program's order. Says what is wrong with the others,
-// at once for frames that follow one another and lack the same.
+// The volumes in which nothing is wrong, in the program's order. Says what is wrong with the
+// others, at once for frames that follow one another and lack the same.
 static std::vector<Volume> find_whole_volumes(StudyReport &report, EcatStudy &study)
 {
     std::vector<Volume> whole;
@@ -296,7 +296,9 @@ void check_ecat_study(StudyReport &report)
         std::fprintf(report.facts, "pixels at the end of each plane that are read as 0: %d\n",
                      unread);
     }
-    report_ranges(report, study, header, whole);
+    if (!whole.empty()) {
+        report_ranges(report, study, header, whole);
+    }
 }
 
 } // namespace velmorant

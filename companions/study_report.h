@@ -35,7 +35,8 @@ std::string volume_name(const Volume &volume);
 // Prints format, dimensions, pixel sizes, frames and beds.
 void report_geometry(const StudyReport &report, const ImageHeader &header);
 
-// The smallest and the largest of some values, and how many of them are no numbers, which are neither.
+// The smallest and the largest of some values, and how many of them are no numbers, which are
+// neither.
 struct ValueRange {
     float smallest = std::numeric_limits<float>::infinity();
     float largest = -std::numeric_limits<float>::infinity();

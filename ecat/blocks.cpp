@@ -32,10 +32,10 @@ std::int32_t mat_close(std::FILE *stream)
     return std::fclose(stream);
 }
 
-// What the reports of a failed operation say of it.
 namespace
 {
 
+// What the reports of a failed operation say of it.
 struct Operation {
     const char *name;
     const char *verb;
@@ -47,7 +47,7 @@ constexpr Operation Writing{.name = "mat_wblk", .verb = "fwrite", .done = "writt
 
 } // namespace
 
-// Ends the process where so many blocks can't be sought, or fewer than their bytes have been moved.
+// Ends the process where the blocks can't be sought.
 static void check_seek(bool found, const Operation &operation, std::int32_t first_block,
                        std::int32_t block_count)
 {
@@ -58,6 +58,7 @@ static void check_seek(bool found, const Operation &operation, std::int32_t firs
     }
 }
 
+// Ends the process where fewer bytes were moved than expected.
 static void check_moved(std::size_t moved, const Operation &operation, std::int32_t expected)
 {
     if (static_cast<std::int32_t>(moved) != expected) {

@@ -53,8 +53,8 @@ std::int32_t mat_wblk(std::FILE *stream, std::int32_t first_block, const void *b
 std::int32_t mat_read_matrix_data(std::FILE *stream, std::int32_t first_block,
                                   std::int32_t block_count, void *buffer);
 
-// Where blocks of a file of `file_bytes` bytes begin, as a byte offset, without reading them. Ends the
-// process as `mat_rblk` would where they aren't all in the file.
+// Where blocks of a file of `file_bytes` bytes begin, as a byte offset, without reading them. Ends
+// the process as `mat_rblk` would where they aren't all in the file.
 std::int64_t mat_locate_blocks(std::int64_t file_bytes, std::int32_t first_block,
                                std::int32_t block_count);
 

@@ -14,6 +14,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <limits>
 #include <utility>
 
 namespace velmorant
@@ -207,8 +208,8 @@ StoredVolume unopened_volume_cti6(const char *file_name, const ImageHeader &head
     return volume;
 }
 
-// Opens the planes from the first one's coordinates to the last frame and bed, and in each volume to the
-// last plane, as one volume. line_end: what ends the line about a missing plane.
+// Opens the planes from the first one's coordinates to the last frame and bed, and in each volume
+// to the last plane, as one volume. line_end: what ends the line about a missing plane.
 static StoredVolume open_planes(const char *file_name, const ImageHeader &header,
                                 const ImageMatrix &first, std::int32_t last_frame,
                                 std::int32_t last_bed, std::endian byte_order, const char *line_end)
@@ -223,11 +224,17 @@ static StoredVolume open_planes(const char *file_name, const ImageHeader &header
             std::fputs(line_end, stdout);
             end_run(-1);
         }
-        volume.parts.push_back(locate_plane(stream, file_bytes, *entry, header));
+        const StoredPart part = locate_plane(stream, file_bytes, *entry, header);
+        if (volume.part_pixels > 0) { // planes without pixels, of which there may be any number
+            volume.parts.push_back(part);
+        }
     };
     visit_planes(first, {.frame = last_frame, .plane = header.num_slices, .bed = last_bed},
                  add_plane);
     volume.file = std::move(study.file);
+    if (volume.parts.size() > std::numeric_limits<std::int32_t>::max()) {
+        print_error_message(1, "more planes than a volume can have");
+    }
     volume.header.num_slices = static_cast<std::int32_t>(volume.parts.size());
     return volume;
 }

@@ -14,6 +14,10 @@
 #include "image/image_header.h"
 #include "image/stored_volume.h"
 
+#include <bit>
+#include <cstdint>
+#include <cstdio>
+
 namespace velmorant
 {
 
@@ -43,28 +47,32 @@ namespace velmorant
 // with any other.
 std::int32_t read_header_cti6(const char *file_name, ImageHeader &header);
 
-// Opens the planes from the selector's `plane` to the header's num_slices, of the selector's frame, gate,
-// data set and bed, as a volume of so many slices. All planes are taken to be of the header's size. A plane
-// has x_dim * y_dim / 256 data blocks, truncated; pixels beyond them stand for the integer 0. For each plane in turn the
-// directory entry, the subheader and the presence of the data blocks are checked.
-// Ends the process with status -1 and
-//   "matrix (1,30,1,0,0) not found..."    without a line break: the directory lacks the plane
-//   what `mat_rblk` says                  a block that can't be read
-// Dimensions that can't be held are reported as `checked_plane_size` does.
+// Opens the planes from the selector's `plane` to the header's num_slices, of the selector's frame,
+// gate, data set and bed, as a volume of so many slices.
+//
+// All planes are taken to have the header's size, x_dim * y_dim pixels, and as many data blocks as
+// these fill: x_dim * y_dim / 256, truncated. The pixels beyond stand for the integer 0.
+//
+// Checks each plane in turn: its directory entry, its subheader, and that its data blocks are
+// there. Ends the process with status -1 and
+//   "matrix (1,30,1,0,0) not found..."    the directory lacks the plane; no line break
+//   what `mat_rblk` says                  a block can't be read
+// Ends the run as `checked_plane_size` does.
 StoredVolume open_volume_cti6(const char *file_name, const ImageHeader &header,
                               const ImageMatrix &selector);
 
-// Where the pixels of a plane lie, by its directory entry. Ends the process as `mat_rblk` does where a block
-// of it is not in the file, which has `file_bytes` bytes.
+// Locates the pixels of a plane by its directory entry. Ends the process as `mat_rblk` does if one
+// of its blocks is not in the file, which has `file_bytes` bytes.
 StoredPart locate_plane(std::FILE *stream, std::int64_t file_bytes, const MatDirEntry &entry,
                         const ImageHeader &header);
 
-// A volume whose file is to be opened and whose planes are to be located still. byte_order: of the pixels.
+// A volume without a file and without parts, for a caller that opens the file and locates the
+// planes. byte_order: of the pixels.
 StoredVolume unopened_volume_cti6(const char *file_name, const ImageHeader &header,
                                   std::endian byte_order);
 
-// Opens the planes and reads them into `pixels`: (num_slices - plane + 1) * x_dim * y_dim floats. Returns
-// the result of closing the file.
+// Opens the planes and reads them into `pixels`: (num_slices - plane + 1) * x_dim * y_dim floats.
+// Returns the result of closing the file.
 std::int32_t read_image_planes_cti6(const char *file_name, float *pixels, const ImageHeader &header,
                                     const ImageMatrix &selector);
 
@@ -76,9 +84,9 @@ std::int32_t read_image_planes_cti6_swap_byte_order(const char *file_name, float
                                                     const ImageHeader &header,
                                                     const ImageMatrix &selector);
 
-// And for many volumes, one after the other, as stored: the frames from the selector's to num_frames,
-// in each the beds from the selector's to num_beds, in each the planes from the selector's to
-// num_slices. The line about a missing plane ends with a line break.
+// And for many volumes, one after the other, as stored: the frames from the selector's to
+// num_frames, in each the beds from the selector's to num_beds, in each the planes from the
+// selector's to num_slices. The line about a missing plane ends with a line break.
 std::int32_t read_image_matrix_cti6(const char *file_name, float *pixels, const ImageHeader &header,
                                     const ImageMatrix &selector);
 

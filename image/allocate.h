@@ -3,7 +3,7 @@
 // Where every image buffer comes from: blocks of `count` elements, zero-filled unless said
 // otherwise, owned by the caller and released with std::free (or by a `Block`). Each label names
 // its buffer in the report that ends a run without memory: "can't allocate memory for ImgTarget
-// (4194KB)", in kilobytes of 1000 bytes, truncated. A negative count can't be had, either.
+// (524KB)", in kilobytes of 1000 bytes, truncated. A negative count can't be had, either.
 
 #include <cstdint>
 #include <cstdlib>

@@ -12,9 +12,9 @@
 // Byte order and element type belong to writing, which puts them into the caller's header. Reading
 // takes them from the text header, so the four raw keywords read each other's files.
 //
-// A keyword that is none of the five ends the run with "unspecified or unsupported file format". Here
-// and below, what ends the run does so by `print_error_message`: a line on standard output, and
-// status 0; or, for a block of an ECAT 6 file, by a line and status -1.
+// A keyword that is none of the five ends the run with "unspecified or unsupported file format".
+// Here and below, what ends the run does so by `print_error_message`: a line on standard output,
+// and status 0; or, for a block of an ECAT 6 file, by a line and status -1.
 
 #include "image/format_setting.h"
 #include "image/image_header.h"
@@ -28,9 +28,9 @@
 namespace velmorant
 {
 
-// Fills the header from the image's own header, see `read_header_cti6` and `read_header_binary`. What
-// that doesn't say stays as it was: begin with `create_standard_image_header`. The keyword is checked
-// before a file is opened.
+// Fills the header from the image's own header, see `read_header_cti6` and `read_header_binary`.
+// What that doesn't say stays as it was: begin with `create_standard_image_header`. The keyword is
+// checked before a file is opened.
 void read_header(const char *header_name, ImageHeader &header, const char *keyword);
 
 // Opens the selected volume, which is then read box by box (image/stored_volume.h), see
@@ -40,7 +40,8 @@ void read_header(const char *header_name, ImageHeader &header, const char *keywo
 StoredVolume open_volume(const char *image_name, const ImageHeader &header,
                          const ImageMatrix &selector, const char *keyword);
 
-// Opens the selected volume and reads it into `buffer`, in the standard orientation and in real units.
+// Opens the selected volume and reads it into `buffer`, in the standard orientation and in real
+// units.
 void read_image_planes(const char *image_name, float *buffer, const ImageHeader &header,
                        const ImageMatrix &selector, const char *keyword);
 
@@ -51,8 +52,9 @@ std::string header_file(const char *header_name, const char *keyword);
 std::vector<std::string> image_files(const char *image_name, const char *keyword);
 
 // Ends the run where a format can't hold every volume of an image. Raw formats always can; CTI6 has
-// room for 4096 frames, 16 beds and 256 slices of 32767 pixels each way: "an ECAT 6 file can't hold 3
-// frames at 20 beds of 128 x 128 x 40 pixels". The writers themselves let larger numbers wrap around.
+// room for 4096 frames, 16 beds and 256 slices of 32767 pixels each way: "an ECAT 6 file can't hold
+// 3 frames at 20 beds of 128 x 128 x 40 pixels". The writers themselves let larger numbers wrap
+// around.
 void check_format_limits(const ImageHeader &header, const char *keyword);
 
 // How many pixels at the end of each plane a format's reader leaves 0: none in raw formats, those
@@ -74,8 +76,8 @@ std::size_t volume_index(const ImageHeader &header, std::int32_t frame, std::int
 //   settings     the keyword, and the quantisation of the raw 16-bit formats
 //   threshold, replacement   a pixel below the threshold is written as the replacement; `KeepAll`
 //                (image/cutoff.h) as the threshold keeps all
-// CTI6 scales its planes to `INT_MaxPixelValue`, which a program that reads no preferences has to set.
-// What is stored how, and what ends the run: image/raw_writer.h and ecat/image_writer.h.
+// CTI6 scales its planes to `INT_MaxPixelValue`, which a program that reads no preferences has to
+// set. What is stored how, and what ends the run: image/raw_writer.h and ecat/image_writer.h.
 
 // Writes the text header alone, which states the record's data_offset. CTI6 has no header file:
 // prints "header information will be written with image data..." and writes nothing.
@@ -88,8 +90,8 @@ void write_image_header(const char *image_name, const float *buffer, ImageHeader
 void write_image_matrix(const char *image_name, float *buffer, ImageHeader &header,
                         const FormatSetting &settings, float threshold, float replacement);
 
-// Writes every volume of a file, in the order of `volume_index`, and a text header. Sets data_offset
-// to 0 in raw formats.
+// Writes every volume of a file, in the order of `volume_index`, and a text header. Sets
+// data_offset to 0 in raw formats.
 void write_image_matrix_multiple(const char *image_name, float *buffer, ImageHeader &header,
                                  const FormatSetting &settings, float threshold, float replacement);
 

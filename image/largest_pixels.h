@@ -14,7 +14,8 @@ class LargestPixels
 public:
     static constexpr std::size_t MostAtOnce = 1024; // pixels that `add` takes
 
-    // count: how many to gather, at most 2^27; 0 gathers none. check: a pixel strictly below is out of field.
+    // count: how many to gather, at most 2^27; 0 gathers none.
+    // check: a pixel strictly below is out of field.
     // Ends the run with "can't allocate memory for largest pixels".
     LargestPixels(std::size_t count, float check);
 
@@ -22,8 +23,8 @@ public:
     void add(const float *pixels, std::size_t count, float max);
     void add_zeros(std::size_t count);
 
-    // The largest pixels in no order, or all that were added where those are fewer; without NaN and negative
-    // infinities.
+    // The largest pixels in no order, or all that were added where those are fewer; without NaN and
+    // negative infinities.
     std::vector<float> take();
 
 private:

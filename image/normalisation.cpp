@@ -39,8 +39,9 @@ static std::int32_t peak_target(std::int32_t in_field, float peak_threshold)
     return truncate_to_int32(static_cast<double>(static_cast<float>(in_field) * peak_threshold));
 }
 
-// How many of the largest pixels tell where the peak is, or 0 where they are too many to keep. A volume
-// with pixels out of field needs no more than one without, but for what single precision rounds.
+// How many of the largest pixels tell where the peak is, or 0 where they are too many to keep. A
+// volume with pixels out of field needs no more than one without, but for what single precision
+// rounds.
 static std::size_t pixels_to_keep(std::size_t pixels, float peak_threshold)
 {
     const auto count = static_cast<std::int32_t>(pixels);

@@ -32,7 +32,7 @@ struct NormValues {
 // Fatal, in this order; and as `checked_image_size` and `VolumePixels::box` say:
 //   "can't allocate memory for hist (4KB)"
 //   "gated image not support in the current version (norm_histogram)"    two gates or more
-//   "illegal number of bins for normalization: 0"    below 1, or 2^31 - 1; a volume of one value needs none
+//   "illegal number of bins for normalization: 0"    below 1 or 2^31 - 1, and several values
 //   "invalid 'step' in normalization"                a bin would be narrower than 1e-20
 void norm_histogram(const float *volume, const ImageHeader &header, const NormSet &norm_set,
                     NormValues &values, float check);

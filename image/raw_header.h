@@ -28,18 +28,18 @@ std::string header_file_name(const char *image_name);
 
 // Reads the text header that belongs to the image `header_name`. num_frames, num_gates and
 // data_format become 1, num_beds and num_data 0; then each key that occurs sets its field, and a
-// field whose key does not occur keeps what it held.
-// Ends the run as a `TextFile` does; with "unspecified byte order in the header" where that line
-// holds neither BIGENDIAN nor LITTLEENDIAN (in any case); with "'pixel scaling value' not defined in "
-// and the header's name where the scaling is zero or missing, for float data as well; with "can't
-// find a preference value" where a key has no ":=" after it.
+// field whose key does not occur keeps what it held. Ends the run as a `TextFile` does; with
+// "unspecified byte order in the header" where that line holds neither BIGENDIAN nor LITTLEENDIAN
+// (in any case); with "'pixel scaling value' not defined in " and the header's name where the
+// scaling is zero or missing, for float data as well; with "can't find a preference value" where a
+// key has no ":=" after it.
 void read_header_binary(const char *header_name, ImageHeader &header);
 
 // Ends the run with "unspecified byte order in the header" where byte_order is neither 0 nor 1.
 void check_byte_order(const ImageHeader &header);
 
-// Prints a text header from the record's own values. Ends the run as `check_byte_order` does, one line
-// printed.
+// Prints a text header from the record's own values. Ends the run as `check_byte_order` does, one
+// line printed.
 void print_text_header(std::FILE *file, const ImageHeader &header, StoredType type, HeaderEnd end);
 
 // Writes the text header that belongs to `image_name`.

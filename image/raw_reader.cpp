@@ -32,6 +32,17 @@ static std::int64_t seek_volume(std::FILE *file, const char *image_name, const I
     return offset;
 }
 
+// Ends the run where not even a byte of the pixels can be read: the file is a folder, say.
+static void check_readable(StoredVolume &volume)
+{
+    std::FILE *file = volume.file.get();
+    const bool missing =
+        volume.parts.front().elements > 0 && std::fread(volume.buffer.get(), 1, 1, file) == 0;
+    if (missing && std::ferror(file) != 0) {
+        print_error_message(2, "can't read ", volume.name.c_str());
+    }
+}
+
 StoredVolume open_raw_volume(const char *image_name, const ImageHeader &header,
                              const ImageMatrix &selector, StoredType type)
 {
@@ -60,6 +71,7 @@ StoredVolume open_raw_volume(const char *image_name, const ImageHeader &header,
                      .rest = 0.0F}};
     volume.buffer =
         allocate_read_buffer(static_cast<std::uint64_t>(pixels * element), "file piece");
+    check_readable(volume);
     return volume;
 }
 

@@ -17,11 +17,12 @@ namespace velmorant
 
 // Opens the volume that the selector's frame and bed name. Pixels after the end of the file are 0.
 // Fatal, in this order; and as `checked_image_size` says:
-//   "can't open " NAME                            the image
-//   "illegal volume (frame 0, bed 0) in " NAME    it would begin before the file, or further than a file
-//                                                 can reach
-//   "unspecified byte order in the header"        byte_order is neither 0 nor 1, and there are pixels
-//   "internal flag error"                         no orientation flag is 0 or 1
+//   "can't open " NAME                               the image
+//   "illegal volume (frame 0, bed 0) in " NAME       it would begin before the file, or too far on
+//   "unspecified byte order in the header"           neither 0 nor 1, and there are pixels
+//   "internal flag error"                            no orientation flag is 0 or 1
+//   "can't allocate memory for file piece (131KB)"
+//   "can't read " NAME                               the first byte is there, but can't be read
 StoredVolume open_raw_volume(const char *image_name, const ImageHeader &header,
                              const ImageMatrix &selector, StoredType type);
 

@@ -20,7 +20,8 @@
 namespace velmorant
 {
 
-// Bytes that are encoded and written at a time: few enough to be in the cache still when they are written.
+// Bytes that are encoded and written at a time: few enough to be in the cache still when they are
+// written.
 static constexpr std::int32_t PieceBytes = 131072;
 
 namespace

@@ -9,8 +9,8 @@
 namespace velmorant
 {
 
-// Element types, by their number in a header's data_format: 16-bit integers in two's complement, and
-// IEEE 754 single-precision floats.
+// Element types, by their number in a header's data_format: 16-bit integers in two's complement,
+// and IEEE 754 single-precision floats.
 enum class StoredType : std::int32_t { SignedShort = 1, UnsignedShort = 2, Float = 3 };
 
 constexpr std::size_t stored_bytes(StoredType type)

@@ -16,7 +16,7 @@ static_assert(sizeof(off_t) == 8, "volumes may begin beyond 2 GiB");
 // Bytes that are read at a time: few enough to be in the cache still when they are decoded.
 static constexpr std::int64_t ReadBytes = 131072;
 
-// Reading so many bytes that nobody wants is quicker than seeking past them.
+// Gaps of up to so many bytes are read, which is quicker than a seek.
 static constexpr std::int64_t SkippedBytes = 4096;
 
 Block<unsigned char> allocate_read_buffer(std::uint64_t bytes, const char *label)
@@ -74,7 +74,7 @@ static StoredBox locate_box(const ImageHeader &header, const VolumeBox &box)
             .z = {.count = box.depth, .stride = slice, .reversed = flip_z}};
 }
 
-// Takes `outer` into `inner` where their pixels follow one another in file and memory alike.
+// Merges two axes into one if their pixels follow one another in the file and in memory.
 static bool merge(StoredAxis &inner, StoredAxis &outer)
 {
     const bool same_way = inner.reversed == outer.reversed || inner.count == 1 || outer.count == 1;
@@ -105,8 +105,8 @@ static std::int64_t element_bytes(const StoredVolume &volume)
     return static_cast<std::int64_t>(stored_bytes(volume.type));
 }
 
-// How many elements from the start of a row on are worth reading at once: to the end of the row, or of as
-// many further rows as have short gaps between them.
+// How many elements to read at once from the start of a row. Rows and slices that lie within
+// `SkippedBytes` of each other are read together.
 static std::int64_t worth_reading(const StoredVolume &volume, const StoredBox &box, std::int64_t y,
                                   std::int64_t z)
 {
@@ -121,8 +121,8 @@ static std::int64_t worth_reading(const StoredVolume &volume, const StoredBox &b
                                          : (box.z.count - 1 - z) * box.z.stride + rows_left;
 }
 
-// Fills the buffer from an element of a part on, and the part's end with what is there of the `wanted`
-// elements.
+// Reads `wanted` elements into the buffer. Returns how many there are; the part ends there if they
+// are fewer.
 static std::int64_t read_elements(StoredVolume &volume, StoredPart &part, std::int64_t element,
                                   std::int64_t wanted)
 {
@@ -148,7 +148,8 @@ static std::int64_t read_elements(StoredVolume &volume, StoredPart &part, std::i
     return read;
 }
 
-// Fills `length` pixels from the elements from `first` on. worth: how many are worth reading at once.
+// Fills `length` pixels from the elements from `first` on. worth: how many are worth reading at
+// once.
 static void read_row(StoredVolume &volume, BufferedElements &buffered, std::int64_t first,
                      std::int64_t length, std::int64_t worth, float *pixels)
 {

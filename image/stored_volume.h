@@ -1,8 +1,8 @@
 #pragma once
 
-// An opened volume, which is read box by box where it lies in its file. Once opened, a raw volume and
-// the planes of an ECAT 6 matrix file differ only in where their pixels begin, how many are stored, and
-// their factor.
+// An opened volume, which is read box by box where it lies in its file. Once opened, a raw volume
+// and the planes of an ECAT 6 matrix file differ only in where their pixels begin, how many are
+// stored, and their factor.
 //
 // The file is read, not mapped: a mapped study that is cut while a program reads it would end the
 // program with a signal.
@@ -43,18 +43,21 @@ struct StoredVolume {
     Block<unsigned char> buffer; // from `allocate_read_buffer`
 };
 
-// Allocates the buffer for reading: zeroed, `bytes` bytes or as many as are read at a time, whichever
-// are fewer. label: see image/allocate.h.
+// Allocates the buffer for reading: zeroed, `bytes` bytes or as many as are read at a time,
+// whichever are fewer. label: see image/allocate.h.
 Block<unsigned char> allocate_read_buffer(std::uint64_t bytes, const char *label);
+
+// Both procedures below take a box that lies within the volume.
 
 // Whether every pixel of the box is 0 (not -0) because the file holds none of them.
 bool is_blank(const StoredVolume &volume, const VolumeBox &box);
 
-// Reads a box of the volume into `pixels` (box_size(box) floats, laid out as a volume of the box's size),
-// in the standard orientation and in real units. Short gaps between rows are read, not skipped.
+// Reads a box of the volume into `pixels` (box_size(box) floats, laid out as a volume of the box's
+// size), in the standard orientation and in real units. Short gaps between rows are read, not
+// skipped.
 //
-// Elements may have gone since the volume was opened. Where `short_read` is null, the part ends where
-// its file ends now.
+// Elements may have gone since the volume was opened. Where `short_read` is null, the part ends
+// where its file ends now.
 // Fatal:
 //   "can't read " NAME                                    read error, `short_read` is null
 //   SHORT_READ " (512 expected, 0 read)...", status -1    read error or missing elements, otherwise

@@ -9,16 +9,16 @@ namespace velmorant
 {
 
 VolumePixels::VolumePixels(const float *volume, const ImageHeader &header)
-    : described(header), pixels(volume), held(whole_volume(header))
+    : shape(header), pixels(volume), held(whole_volume(header))
 {
     checked_image_size(header);
 }
 
 VolumePixels::VolumePixels(StoredVolume volume, Block<float> box_buffer)
-    : described(volume.header), stored(std::move(volume)), buffer(std::move(box_buffer)),
+    : shape(volume.header), stored(std::move(volume)), buffer(std::move(box_buffer)),
       pixels(buffer.get()), held{}
 {
-    checked_image_size(described);
+    checked_image_size(shape);
 }
 
 BoxPixels VolumePixels::box(const VolumeBox &box)
@@ -27,7 +27,7 @@ BoxPixels VolumePixels::box(const VolumeBox &box)
         if (is_blank(*stored, box)) {
             return {};
         }
-        const VolumeBox whole = whole_volume(described);
+        const VolumeBox whole = whole_volume(shape);
         held = box_size(whole) <= BoxRoom ? whole : box;
         read_box(*stored, held, buffer.get());
     }

@@ -1,6 +1,7 @@
 #pragma once
 
-// The pixels of a volume, box by box: read from its file, or taken from memory that holds the volume.
+// The pixels of a volume, box by box: read from its file, or taken from memory that holds the
+// volume.
 
 #include "image/allocate.h"
 #include "image/image_header.h"
@@ -36,20 +37,19 @@ public:
 
     [[nodiscard]] const ImageHeader &header() const
     {
-        return described;
+        return shape;
     }
 
-    // The pixels of a box of at most BoxRoom pixels, valid until the next call. Reads them unless the
-    // last call did, and ends the run as `read_box` does.
+    // The pixels of a box of at most BoxRoom pixels, valid until the next call. Reads them unless
+    // the last call did, and ends the run as `read_box` does.
     BoxPixels box(const VolumeBox &box);
 
 private:
-    ImageHeader described;
+    ImageHeader shape;
     std::optional<StoredVolume> stored;
     Block<float> buffer;
-    // The box in memory.
     const float *pixels;
-    VolumeBox held;
+    VolumeBox held; // the box in `pixels`
 };
 
 // Room for the largest box of a volume that a `VolumePixels` reads at a time, labelled "ImgTarget".

@@ -13,8 +13,8 @@
 namespace velmorant
 {
 
-// Running extremes kept side by side, each of every so many-th pixel, so that no comparison waits for the
-// one before it.
+// Running extremes kept side by side, each of every so many-th pixel, so that no comparison waits
+// for the one before it.
 static constexpr std::size_t Lanes = 16;
 
 static constexpr float NoMaximum = -1e30F;
@@ -97,7 +97,8 @@ static FieldRange survey_piece(const Piece &piece, float check, LargestPixels &l
     return range;
 }
 
-// Zeros alone have equals that differ. An extreme of zero has the sign of the volume's last zero.
+// Gives an extreme of 0 the sign of the volume's last zero, as a loop from the last pixel to the
+// first would. (0 and -0 are equal.)
 static float settle_zero(VolumePixels &volume, float extreme)
 {
     for (std::int64_t number = count_pieces(volume.header()); extreme == 0.0F && number-- > 0;) {
@@ -114,8 +115,8 @@ static float settle_zero(VolumePixels &volume, float extreme)
     return extreme;
 }
 
-// Starts in the middle, where most volumes are brightest: the sooner the largest pixels are found, the fewer
-// others are kept on the way.
+// Starts in the middle, where most volumes are brightest: the sooner the largest pixels are found,
+// the fewer others are kept on the way.
 FieldSurvey survey_field(VolumePixels &volume, float check, std::size_t kept)
 {
     FieldRange range{.max = NoMaximum, .min = NoMinimum, .count = 0};
@@ -194,7 +195,8 @@ static void count_pixels(VolumePixels &volume, float check, const Bins &bins,
     for (std::int64_t number = 0; number < count_pieces(volume.header()); ++number) {
         const Piece piece = piece_pixels(volume, number);
         if (piece.pixels == nullptr) {
-            histogram[find_bin(0.0F, bins)] += static_cast<std::int32_t>(piece.count);
+            const std::size_t bin = check > 0.0F ? 0 : find_bin(0.0F, bins);
+            histogram[bin] += static_cast<std::int32_t>(piece.count);
             continue;
         }
         for (std::size_t start = 0; start < piece.count; start += BlockPixels) {
@@ -231,8 +233,8 @@ std::size_t find_peak_bin(VolumePixels &volume, FieldSurvey &survey, float step,
     const std::int64_t above_peak = std::int64_t{range.count} - target;
     std::vector<float> &largest = survey.largest;
     if (above_peak < static_cast<std::int64_t>(largest.size())) {
-        // Bins are in the order of their pixels. (Where the step is no number above 0, every pixel falls
-        // into the first bin.)
+        // Bins are in the order of their pixels. (Where the step is no number above 0, every pixel
+        // falls into the first bin.)
         const auto peak = largest.begin() + above_peak;
         std::ranges::nth_element(largest, peak, std::greater{});
         return find_bin(*peak, bins);
@@ -271,8 +273,8 @@ static std::uint32_t mark_band(const float *pixels, std::size_t count, const Ban
     return in_band;
 }
 
-// Adds the marked pixels of a block from its last to its first. They are moved together first, without
-// a branch, so that nothing but the additions themselves is a chain.
+// Adds the marked pixels of a block from its last to its first. They are moved together first,
+// without a branch, so that nothing but the additions themselves is a chain.
 static float add_marked(float sum, const float *pixels, std::size_t count,
                         const std::uint32_t *marks)
 {

@@ -1,7 +1,7 @@
 #pragma once
 
-// The passes over a volume that its normalisation needs. Each gives to the bit what a plain loop over the
-// pixels, from the last to the first, one at a time, would give.
+// The passes over a volume that its normalisation needs. Each result is to the bit that of a plain
+// loop over the pixels, one at a time, from the last to the first.
 //
 // A pixel strictly below `check` is out of field and takes no part; a NaN is in field.
 
@@ -21,15 +21,16 @@ struct FieldRange {
     std::int32_t count; // in-field pixels
 };
 
-// What the first pass finds. NaN is neither the largest nor the smallest; of zeros of both signs the last
-// in the volume is.
+// What the first pass finds. NaN is neither the largest nor the smallest; of zeros of both signs
+// the last in the volume is.
 struct FieldSurvey {
     float check;
     FieldRange range;
-    std::vector<float>
-        piece_maxima;           // upper bound of the in-field pixels of each piece of the volume
-    std::size_t kept;           // how many of the largest pixels were to be kept
-    std::vector<float> largest; // they, or all numbers in field where those are fewer; in no order
+    // Upper bound of the in-field pixels of each piece of the volume.
+    std::vector<float> piece_maxima;
+    // The largest in-field pixels in no order: `kept` of them, or all above -infinity.
+    std::size_t kept;
+    std::vector<float> largest;
 };
 
 // kept: how many of the largest pixels to keep, at most MostKept.
@@ -39,7 +40,7 @@ FieldSurvey survey_field(VolumePixels &volume, float check, std::size_t kept);
 // The first bin at which the number of in-field pixels in it and the bins below reaches `target`;
 // or the number of bins, where none does. The bin of a pixel is (pixel - min) / step in single
 // precision, truncated toward zero and held within the histogram; that of a NaN is the first.
-// Where the survey has kept enough of the largest pixels, one of them tells; otherwise all are counted.
+// Counts pixels only if the survey has not kept enough of the largest ones. Reorders survey.largest.
 // histogram: from 1 to 2^31 - 1 counters, all of them 0.
 std::size_t find_peak_bin(VolumePixels &volume, FieldSurvey &survey, float step,
                           std::int32_t target, std::span<std::int32_t> histogram);

@@ -20,8 +20,8 @@ using Progress = std::function<void(const char *doing, std::int32_t frame)>;
 // Chooses the storage; where the type alone doesn't tell, after a look at all values.
 RawStorage choose_storage(const NiftiImage &image, const Progress &progress);
 
-// The header of the raw image: x, y and z are the stored axes in the order of the standard orientation,
-// each running as it is stored, which the flags say. Little-endian.
+// The header of the raw image: x, y and z are the stored axes in the order of the standard
+// orientation, each running as it is stored, which the flags say. Little-endian.
 ImageHeader describe_raw(const NiftiImage &image, const AxisOrder &order,
                          const RawStorage &storage);
 

@@ -14,8 +14,8 @@ namespace velmorant
 
 // The data file of a raw image, whose volumes are written in boxes of any order.
 //
-// Boxes with few pixels along x would make very short writes. Such boxes are written turned: strips of
-// a slice, each of as many rows as the buffer holds, are stored with x and y swapped, and
+// Boxes with few pixels along x would make very short writes. Such boxes are written turned: strips
+// of a slice, each of as many rows as the buffer holds, are stored with x and y swapped, and
 // `finish_volume` turns each strip where it lies in the file.
 //
 // The members end the run with "can't write the raw image" where the file can't be sought or read
@@ -24,8 +24,8 @@ template <class Word>
 class RawFile
 {
 public:
-    // file: empty, open to write and to read. size: of a volume along x, y and z. most: words that the
-    // buffer for turning may hold.
+    // file: empty, open to write and to read. size: of a volume along x, y and z. most: words that
+    // the buffer for turning may hold.
     RawFile(std::FILE *file, const std::array<std::int32_t, 3> &size, bool turns, std::int32_t most)
         : stream(file), x_dim(size[0]), y_dim(size[1]), z_dim(size[2]), turned(turns),
           strip_rows(std::clamp<std::int64_t>(most / x_dim, 1, y_dim))

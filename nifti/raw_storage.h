@@ -20,8 +20,8 @@ struct IntegerRange {
     std::int64_t largest = std::numeric_limits<std::int64_t>::min();
 };
 
-// What to store for a NIfTI integer n: n + shift as a 16-bit integer, modulo 2^16, under the scaling
-// that the raw header states; or the value itself as a float.
+// What to store for a NIfTI integer n: n + shift as a 16-bit integer, modulo 2^16, under the
+// scaling that the raw header states; or the value itself as a float.
 struct RawStorage {
     StoredType type;
     std::int64_t shift;
@@ -30,10 +30,10 @@ struct RawStorage {
 
 RawStorage float_storage();
 
-// The 16-bit storage for an image of integers, which are in `range`: where each of them, read from the raw
-// image with the six decimals that its header gives the scaling, is n * slope + intercept, computed in
-// double precision and rounded once. The intercept has to be a whole number of slopes. None where no
-// storage is that exact.
+// The 16-bit storage for an image of integers, which are in `range`: where each of them, read from
+// the raw image with the six decimals that its header gives the scaling, is n * slope + intercept,
+// computed in double precision and rounded once. The intercept has to be a whole number of slopes.
+// None where no storage is that exact.
 std::optional<RawStorage> short_storage(const NiftiImage &image, const IntegerRange &range);
 
 // What the type itself allows: for integers of up to 32 bits all its values; none for others.
@@ -45,7 +45,8 @@ bool some_fit_shorts(const NiftiImage &image);
 // The range with more stored values.
 IntegerRange widen(IntegerRange range, NiftiType type, std::span<const std::uint8_t> values);
 
-// Converts stored values. `raw` has room for as many floats or 16-bit integers, in the host's byte order.
+// Converts stored values. `raw` has room for as many floats or 16-bit integers, in the host's byte
+// order.
 void to_floats(const NiftiImage &image, std::span<const std::uint8_t> values, std::span<float> raw);
 void to_shorts(const NiftiImage &image, std::int64_t shift, std::span<const std::uint8_t> values,
                std::span<std::uint16_t> raw);

@@ -18,8 +18,8 @@
 namespace velmorant
 {
 
-// What to remove when the process ends: an empty name stands for none. A signal may come at any time, so
-// that no string object will do.
+// What to remove when the process ends: an empty name stands for none. A signal may come at any
+// time, so that no string object will do.
 static std::array<char, 4096> UnfinishedData;
 static std::array<char, 4096> UnfinishedHeader;
 
@@ -79,8 +79,8 @@ static void watch_for_the_end()
     }
 }
 
-// A new file, with the permissions that any program's has. pattern: the name, "XXXXXX" in it. It is kept in
-// `name` with the end of the process in view.
+// A new file, with the permissions that any program's has. pattern: the name, "XXXXXX" in it. It is
+// kept in `name` with the end of the process in view.
 static FileHandle create_file(const std::string &pattern, int suffix, const std::string &path,
                               std::array<char, 4096> &name)
 {

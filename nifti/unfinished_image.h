@@ -9,8 +9,8 @@
 namespace velmorant
 {
 
-// The path of a raw image's text header, of any length (compare `header_file_name`). None, an empty one,
-// where the last part of the image's path has no extension, or is ".hdr" itself.
+// The path of a raw image's text header, of any length (compare `header_file_name`). None, an empty
+// one, where the last part of the image's path has no extension, or is ".hdr" itself.
 std::string header_path(const std::string &image);
 
 // The two files of a raw image while they are being written: under other names in the folder of the
@@ -19,8 +19,8 @@ std::string header_path(const std::string &image);
 class UnfinishedImage
 {
 public:
-    // image: where it will be; `header_path` names its header. Ends the run with "can't open " and the
-    // path where there can be no file.
+    // image: where it will be; `header_path` names its header. Ends the run with "can't open " and
+    // the path where there can be no file.
     explicit UnfinishedImage(std::string image);
     ~UnfinishedImage();
     UnfinishedImage(const UnfinishedImage &) = delete;
@@ -32,9 +32,9 @@ public:
         return data_file.get();
     }
 
-    // Writes the text header and puts both files in place. An older header goes first and the new one
-    // comes last, so that no header ever stands beside data that aren't its own. Ends the run with
-    // "can't write " and the path.
+    // Writes the text header and puts both files in place. An older header goes first and the new
+    // one comes last, so that no header ever stands beside data that aren't its own. Ends the run
+    // with "can't write " and the path.
     void finish(const ImageHeader &header, StoredType type);
 
 private:

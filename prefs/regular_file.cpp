@@ -28,8 +28,10 @@ std::int64_t bytes_to_read(std::FILE *stream)
 {
     struct stat status {
     };
-    const bool regular = fstat(fileno(stream), &status) == 0 && S_ISREG(status.st_mode);
-    return regular ? status.st_size : std::numeric_limits<std::int64_t>::max();
+    // Some file systems make up their files' contents and state a size of 0.
+    const bool known =
+        fstat(fileno(stream), &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0;
+    return known ? status.st_size : std::numeric_limits<std::int64_t>::max();
 }
 
 } // namespace velmorant

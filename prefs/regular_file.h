@@ -6,14 +6,15 @@
 namespace velmorant
 {
 
-// Whether there is something under this name, but no regular file: a pipe, say, that nobody may ever
-// write to.
+// Whether there is something under this name, but no regular file: a pipe, say, that nobody may
+// ever write to.
 bool is_special(const char *path);
 
 // The bytes of an open file, 0 where it has no end that can be sought. Leaves it at its end.
 std::int64_t file_size(std::FILE *stream);
 
-// The bytes of an open regular file. How much can be read of anything else only reading tells: 2^63 - 1.
+// The size of an open regular file; 2^63 - 1 for anything else, whose end shows only in reading,
+// and for an empty file.
 std::int64_t bytes_to_read(std::FILE *stream);
 
 } // namespace velmorant

@@ -2,6 +2,7 @@
 
 #include "bench/plain.h"
 #include "image/image_geometry.h"
+#include "image/raw_reader.h"
 #include "image/volume_statistics.h"
 #include "tests/support/test.h"
 
@@ -43,11 +44,11 @@ static ImageHeader shape(std::int32_t x_dim, std::int32_t y_dim, std::int32_t sl
 }
 
 // kept: how many of the largest pixels the survey keeps, for peaks that are among them or aren't.
-static void compare(const std::vector<float> &pixels, const ImageHeader &header, std::size_t kept)
+static void compare(VolumePixels &volume, const std::vector<float> &pixels, std::size_t kept,
+                    float check = CheckValue)
 {
-    VolumePixels volume(pixels.data(), header);
-    FieldSurvey survey = survey_field(volume, CheckValue, kept);
-    const FieldRange plain = bench::plain::find_range(pixels, CheckValue);
+    FieldSurvey survey = survey_field(volume, check, kept);
+    const FieldRange plain = bench::plain::find_range(pixels, check);
     EXPECT_EQ(bits(survey.range.max), bits(plain.max));
     EXPECT_EQ(bits(survey.range.min), bits(plain.min));
     EXPECT_EQ(survey.range.count, plain.count);
@@ -58,7 +59,7 @@ static void compare(const std::vector<float> &pixels, const ImageHeader &header,
             std::vector<std::int32_t> histogram(static_cast<std::size_t>(bins) + 1);
             const auto target = static_cast<std::int32_t>(static_cast<float>(plain.count) * part);
             EXPECT_EQ(find_peak_bin(volume, survey, step, target, histogram),
-                      bench::plain::find_peak_bin(pixels, CheckValue, plain.min, step, target,
+                      bench::plain::find_peak_bin(pixels, check, plain.min, step, target,
                                                   histogram.size()))
                 << bins << " bins, " << part << ", " << kept << " kept";
         }
@@ -66,7 +67,7 @@ static void compare(const std::vector<float> &pixels, const ImageHeader &header,
     for (const auto &[lower, upper] :
          {std::pair{400.0F, 900.0F}, {-Infinity, Infinity}, {plain.max, Infinity}}) {
         const BandSum band = sum_band(volume, survey, lower, upper);
-        const BandSum plain_band = bench::plain::sum_band(pixels, CheckValue, lower, upper);
+        const BandSum plain_band = bench::plain::sum_band(pixels, check, lower, upper);
         EXPECT_EQ(bits(band.sum), bits(plain_band.sum));
         EXPECT_EQ(band.count, plain_band.count);
     }
@@ -78,8 +79,9 @@ TEST(Statistics, AreThoseOfLoopsPixelByPixel)
     const auto compare_shape = [&](const ImageHeader &header) {
         SCOPED_TRACE(header.x_dim);
         const std::vector<float> pixels = make_volume(image_size(header), random);
+        VolumePixels volume(pixels.data(), header);
         for (const std::size_t kept : {0U, 20U, 200000U}) {
-            compare(pixels, header, kept);
+            compare(volume, pixels, kept);
         }
     };
     for (std::int32_t size = 0; size < 3000; size += size < 70 ? 1 : 197) {
@@ -89,6 +91,24 @@ TEST(Statistics, AreThoseOfLoopsPixelByPixel)
     compare_shape(shape(70000, 1, 2));
     compare_shape(shape(100, 400, 2));
     compare_shape(shape(40, 40, 50));
+}
+
+TEST(Statistics, CountWhatIsMissingFromAFile)
+{
+    ImageHeader header = shape(1000, 50, 5);
+    header.num_frames = header.right_on_left = 1;
+    const ImageMatrix first{.frame = 1, .plane = 1, .gate = 1, .data = 0, .bed = 0};
+    for (const float stored : {-3.0F, 5.0F, NotANumber}) {
+        std::vector<float> pixels(60000, stored);
+        test::write_file("a.img", test::stored_floats(pixels, false));
+        pixels.resize(250000);
+        VolumePixels volume(open_raw_volume("a.img", header, first, StoredType::Float),
+                            allocate_box_buffer(header));
+        for (const float check : {CheckValue, 1.0F}) {
+            compare(volume, pixels, 0, check);
+            compare(volume, pixels, 200000, check);
+        }
+    }
 }
 
 TEST(Statistics, HoldBinsThatAreMoreThanFloatsCanCount)
