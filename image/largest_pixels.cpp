@@ -56,7 +56,9 @@ void LargestPixels::add(const float *pixels, std::size_t count, float max)
 {
     if (max > bound) {
         size += copy_above(bound, pixels, count, gathered.get() + size);
-        drop_smaller(most());
+        if (size > most()) {
+            drop_smaller();
+        }
     }
 }
 
@@ -70,21 +72,19 @@ void LargestPixels::add_zeros(std::size_t count)
     }
 }
 
-std::vector<float> LargestPixels::take()
+// What is dropped is not larger than the bound, and all that follow are: no rank is lost before the
+// last one that is kept.
+void LargestPixels::drop_smaller()
 {
-    drop_smaller(wanted);
-    return {gathered.get(), gathered.get() + size};
+    bound = pixel_of_rank(wanted - 1);
+    size = wanted;
 }
 
-// Does nothing while no more than `enough` are gathered.
-void LargestPixels::drop_smaller(std::size_t enough)
+float LargestPixels::pixel_of_rank(std::size_t rank)
 {
-    if (size > enough) {
-        float *last = gathered.get() + wanted - 1;
-        std::nth_element(gathered.get(), last, gathered.get() + size, std::greater{});
-        size = wanted;
-        bound = *last;
-    }
+    float *sought = gathered.get() + rank;
+    std::nth_element(gathered.get(), sought, gathered.get() + size, std::greater{});
+    return *sought;
 }
 
 } // namespace velmorant

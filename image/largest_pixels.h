@@ -3,7 +3,6 @@
 #include "image/allocate.h"
 
 #include <cstddef>
-#include <vector>
 
 namespace velmorant
 {
@@ -23,13 +22,24 @@ public:
     void add(const float *pixels, std::size_t count, float max);
     void add_zeros(std::size_t count);
 
-    // The largest pixels in no order, or all that were added where those are fewer; without NaN and
-    // negative infinities.
-    std::vector<float> take();
+    // Whether these are all in-field pixels above -infinity: there are fewer than were to be gathered.
+    [[nodiscard]] bool has_all() const
+    {
+        return size < wanted;
+    }
+
+    // How many there are: the wanted ones at least, or all.
+    [[nodiscard]] std::size_t count() const
+    {
+        return size;
+    }
+
+    // The pixel of a rank, from 0 for the largest to count - 1. Reorders the pixels.
+    float pixel_of_rank(std::size_t rank);
 
 private:
     [[nodiscard]] std::size_t most() const;
-    void drop_smaller(std::size_t enough);
+    void drop_smaller();
 
     std::size_t wanted;
     Block<float> gathered;

@@ -137,8 +137,7 @@ FieldSurvey survey_field(VolumePixels &volume, float check, std::size_t kept)
     return {.check = check,
             .range = range,
             .piece_maxima = std::move(maxima),
-            .kept = kept,
-            .largest = largest.take()};
+            .largest = std::move(largest)};
 }
 
 static float largest_float_up_to(std::int32_t number)
@@ -231,15 +230,13 @@ std::size_t find_peak_bin(VolumePixels &volume, FieldSurvey &survey, float step,
     const Bins bins{
         .lowest = range.min, .step = step, .last = static_cast<std::int32_t>(histogram.size() - 1)};
     const std::int64_t above_peak = std::int64_t{range.count} - target;
-    std::vector<float> &largest = survey.largest;
-    if (above_peak < static_cast<std::int64_t>(largest.size())) {
+    LargestPixels &largest = survey.largest;
+    if (above_peak < static_cast<std::int64_t>(largest.count())) {
         // Bins are in the order of their pixels. (Where the step is no number above 0, every pixel
         // falls into the first bin.)
-        const auto peak = largest.begin() + above_peak;
-        std::ranges::nth_element(largest, peak, std::greater{});
-        return find_bin(*peak, bins);
+        return find_bin(largest.pixel_of_rank(static_cast<std::size_t>(above_peak)), bins);
     }
-    if (target <= 0 || largest.size() < survey.kept) {
+    if (target <= 0 || largest.has_all()) {
         return 0; // no number is so low
     }
     count_pixels(volume, survey.check, bins, histogram);

@@ -5,6 +5,7 @@
 //
 // A pixel strictly below `check` is out of field and takes no part; a NaN is in field.
 
+#include "image/largest_pixels.h"
 #include "image/volume_pixels.h"
 
 #include <cstddef>
@@ -28,9 +29,7 @@ struct FieldSurvey {
     FieldRange range;
     // Upper bound of the in-field pixels of each piece of the volume.
     std::vector<float> piece_maxima;
-    // The largest in-field pixels in no order: `kept` of them, or all above -infinity.
-    std::size_t kept;
-    std::vector<float> largest;
+    LargestPixels largest;
 };
 
 // kept: how many of the largest pixels to keep, at most MostKept.
