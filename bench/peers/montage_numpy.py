@@ -2,7 +2,8 @@
 
 The same picture with numpy and tifffile: reads a frame of a raw study, scales its maximum to the top
 of the palette and writes the slices as an RGB montage of ten columns. TYPE is numpy's, as ">i2".
-Slice by slice, so that the data stay in the cache.
+Reads slice by slice and writes a row of tiles at a time, so that the data stay in the cache and the
+memory small.
 """
 
 import sys
@@ -14,18 +15,29 @@ COLUMNS = 10
 
 
 def main(image, picture, stored_type, x, y, slices, frame, palette):
-    size = x * y * slices
-    offset = (frame - 1) * size * numpy.dtype(stored_type).itemsize
-    volume = numpy.fromfile(image, stored_type, size, offset=offset).reshape(slices, y, x)
-    factor = numpy.float32(254 / float(max(plane.max() for plane in volume)))
+    bytes_of_slice = x * y * numpy.dtype(stored_type).itemsize
+    first = (frame - 1) * slices * bytes_of_slice
+
+    def plane(number):
+        offset = first + number * bytes_of_slice
+        return numpy.fromfile(image, stored_type, x * y, offset=offset).reshape(y, x)
+
+    factor = numpy.float32(254 / float(max(plane(number).max() for number in range(slices))))
     colours = numpy.fromfile(palette, numpy.uint8, 768).reshape(3, 256).T.copy()
-    montage = numpy.empty((-(-slices // COLUMNS) * y, COLUMNS * x, 3), numpy.uint8)
-    montage[:] = colours[0]
-    for number, plane in enumerate(volume):
-        row, column = divmod(number, COLUMNS)
-        tile = montage[row * y : (row + 1) * y, column * x : (column + 1) * x]
-        colours.take((plane * factor).astype(numpy.uint8), axis=0, out=tile, mode="clip")
-    tifffile.imwrite(picture, montage, photometric="rgb")
+    shape = (-(-slices // COLUMNS) * y, COLUMNS * x, 3)
+    offset, _ = tifffile.imwrite(
+        picture, shape=shape, dtype=numpy.uint8, photometric="rgb", returnoffset=True
+    )
+    tiles = numpy.empty((y, *shape[1:]), numpy.uint8)
+    with open(picture, "r+b") as file:
+        file.seek(offset)
+        for start in range(0, slices, COLUMNS):
+            tiles[:] = colours[0]
+            for column, number in enumerate(range(start, min(start + COLUMNS, slices))):
+                indices = (plane(number) * factor).astype(numpy.uint8)
+                tile = tiles[:, column * x : (column + 1) * x]
+                colours.take(indices, axis=0, out=tile, mode="clip")
+            file.write(tiles)
 
 
 if __name__ == "__main__":
