@@ -1,7 +1,8 @@
-// Formats by keyword.
+// Formats by keyword, and what is written in each.
 
 #include "image/format_dispatch.h"
 #include "image/old_layout.h"
+#include "image/raw_writer.h"
 #include "prefs/settings.h"
 #include "tests/support/test.h"
 
@@ -10,17 +11,6 @@
 using namespace velmorant;
 using test::ending;
 
-// One volume of 2 pixels, big-endian and unsigned, its data behind 512 bytes.
-static ImageHeader unsigned_header()
-{
-    ImageHeader header{};
-    convert_header_old_to_new({1, 1, 1, 0, 0, 2, 1}, {2.0F, 4.0F}, header);
-    header.data_offset = 512;
-    header.byte_order = 1;
-    header.data_format = 2;
-    return header;
-}
-
 using Writer =
     std::function<void(const char *, float *, ImageHeader &, const FormatSetting &, float, float)>;
 
@@ -28,81 +18,197 @@ using Writer =
 static const std::vector<Writer> Writers{write_image_header, write_image_matrix,
                                          write_image_matrix_multiple, write_image_matrix_wo_header};
 static constexpr std::size_t HeaderOnly = 0;
+static constexpr std::size_t All = 2;
 static constexpr std::size_t Bare = 3;
 
-TEST(Formats, KeywordsSetTheStorage)
+static constexpr std::int32_t Offset = 300000;
+
+// 2 frames at 2 beds of 2 slices of 2 x 1 pixels, right and left and the slices the other way round.
+static ImageHeader turned_header(std::int32_t byte_order, std::int32_t data_format)
 {
-    INT_MaxPixelValue = 8;
+    ImageHeader header{};
+    convert_header_old_to_new({2, 2, 1, 0, 1, 2, 1}, {2.0F, 4.0F}, header);
+    header.right_on_left = header.superior_to_inferior = 0;
+    header.data_offset = Offset;
+    header.byte_order = byte_order;
+    header.data_format = data_format;
+    return header;
+}
+
+static const std::vector<float> Study{100, 1, -7, 500, 0, 0, 0, 0, 0, 1000, 0, 0, 0, 0, 0, 4};
+
+static std::string header_text(const ImageHeader &header, const std::string &scaling)
+{
+    const bool floats = header.data_format == 3;
+    return "!data offset in bytes :=" + std::to_string(header.data_offset) +
+           "\n!imagedata byte order :=" + (header.byte_order == 1 ? "BIG" : "LITTLE") +
+           "ENDIAN\n!matrix size [1] :=2\n!matrix size [2] :=1\n!data format :=" +
+           (floats ? "3\n!number format :=floating point\n!number of bytes per pixel :=4\n"
+                   : "1\n!number format :=signed integer\n!number of bytes per pixel :=2\n") +
+           "scaling factor (mm/pixel) [1] :=2.000000\nscaling factor (mm/pixel) [2] :=2.000000\n"
+           "!pixel scaling value :=" +
+           (floats ? "32700" : scaling) +
+           ".000000\n!number of slices :=2\n!slice thickness (mm/pixel) :=4.000000\n"
+           "!the right brain on the left   :=0\n!the anterior to the posterior :=1\n"
+           "!the superior to the inferior  :=0\nnumber of frames :=2\nnumber of beds   :=1\n";
+}
+
+TEST(Formats, RawOnesAreWrittenByTheirKeywords)
+{
+    // Pixels below -1 are replaced by 9. The extreme of one volume is 500, that of all is 1000.
+    const std::vector<float> floats{500, 9, 1, 100, 0, 0, 0, 0, 0, 0, 1000, 0, 4, 0, 0, 0};
+    const std::vector<std::int64_t> one{32700, 589, 65, 6540};
+    const std::vector<std::int64_t> all{16350, 294, 33,    3270, 0,   0, 0, 0,
+                                        0,     0,   32700, 0,    131, 0, 0, 0};
     const struct {
         const char *keyword;
         std::int32_t byte_order, data_format;
         float step;
-        std::string data;
-    } cases[] = {
-        {"SHORTINT2B", 1, 1, 4.0F / 32700.0F, test::stored_integers({16350, 32700}, 2, true)},
-        {"SHORTINT2L", 0, 1, 4.0F / 32700.0F, test::stored_integers({16350, 32700}, 2, false)},
-        {"FLOATB", 1, 3, 1.0F, test::stored_floats({2.0F, 4.0F}, true)},
-        {"FLOATL", 0, 3, 1.0F, test::stored_floats({2.0F, 4.0F}, false)},
-        {"CTI6", 1, 2, 0.0F, test::stored_integers({4, 8}, 2, false) + std::string(508, '\0')},
-    };
-    const std::string said_of_ecat[] = {
-        "header information will be written with image data...\n", "", "",
-        "images need to be written with a header in the CTI6 format...\n"};
-    std::vector<float> pixels{1.5F, 4.0F};
+    } cases[] = {{"SHORTINT2B", 1, 1, 500.0F / 32700.0F},
+                 {"SHORTINT2L", 0, 1, 500.0F / 32700.0F},
+                 {"FLOATB", 1, 3, 1.0F},
+                 {"FLOATL", 0, 3, 1.0F}};
     for (const auto &row : cases) {
-        const bool ecat = row.data_format == 2;
+        const FormatSetting settings = create_format_setting(row.keyword);
+        const bool big = row.byte_order == 1;
         for (std::size_t i = 0; i < Writers.size(); ++i) {
+            SCOPED_TRACE(row.keyword + std::to_string(i));
             std::filesystem::remove("s.hdr");
             std::filesystem::remove("s.img");
-            ImageHeader expected = unsigned_header();
-            expected.byte_order = row.byte_order;
-            expected.data_format = row.data_format;
-            const bool keeps_offset = ecat || i == HeaderOnly || i == Bare;
-            expected.data_offset = keeps_offset ? 512 : 0;
-            const auto write = [&] {
-                ImageHeader header = unsigned_header();
-                Writers[i]("s.img", pixels.data(), header, create_format_setting(row.keyword), 3,
-                           2);
-                EXPECT_EQ(test::fields(header), test::fields(expected)) << row.keyword << i;
-            };
-            // Pixels below 3 are replaced by 2.
-            EXPECT_EQ(ending(write), "status 77: " + (ecat ? said_of_ecat[i] : ""));
-            ASSERT_EQ(std::filesystem::exists("s.hdr"), !ecat && i != Bare);
+            ImageHeader expected = turned_header(row.byte_order, row.data_format);
+            expected.data_offset = i == HeaderOnly || i == Bare ? Offset : 0;
+            ImageHeader header = turned_header(2, 2);
+            std::vector<float> pixels = Study;
+            Writers[i]("s.img", pixels.data(), header, settings, -1, 9);
+            EXPECT_EQ(test::fields(header), test::fields(expected));
+            EXPECT_EQ(pixels, Study);
+            ASSERT_EQ(std::filesystem::exists("s.hdr"), i != Bare);
             ASSERT_EQ(std::filesystem::exists("s.img"), i != HeaderOnly);
-            if (!ecat && i != Bare) {
-                EXPECT_TRUE(test::read_file("s.hdr").starts_with(
-                    keeps_offset ? "!data offset in bytes :=512\n"
-                                 : "!data offset in bytes :=0\n"));
+            if (i != Bare) {
+                EXPECT_EQ(test::read_file("s.hdr"),
+                          header_text(expected, i == All ? "1000" : "500") +
+                              (i == HeaderOnly ? "!END OF INTERFILE :=\n" : "!END OF HEADER:=\n"));
             }
             if (i != HeaderOnly) {
-                const std::string file = test::read_file("s.img");
-                EXPECT_EQ(file.size() - row.data.size(), ecat ? 1536U : i == Bare ? 512U : 0U);
-                EXPECT_TRUE(file.ends_with(row.data)) << row.keyword << i;
+                std::string data = row.data_format == 3
+                                       ? test::stored_floats(floats, big)
+                                       : test::stored_integers(i == All ? all : one, 2, big);
+                data.resize(i == All ? data.size() : row.data_format == 3 ? 16 : 8);
+                EXPECT_TRUE(test::read_file("s.img") ==
+                            std::string(static_cast<std::size_t>(expected.data_offset), '\0') +
+                                data);
             }
         }
-        ImageHeader header = unsigned_header();
-        EXPECT_EQ(write_image_matrix_wo_header("s.img", pixels.data(), header,
-                                               create_format_setting(row.keyword), 3, 2),
+        ImageHeader header = turned_header(2, 2);
+        std::vector<float> pixels = Study;
+        EXPECT_EQ(write_image_matrix_wo_header("s.img", pixels.data(), header, settings, -1, 9),
                   row.step);
     }
 }
 
+TEST(Formats, RawWritersThemselvesKeepTheOffsetAndCheckTheByteOrder)
+{
+    ImageHeader header = turned_header(1, 3);
+    header.data_offset = 3;
+    std::vector<float> pixels = Study;
+    const std::pair<Writer, const char *> writers[] = {
+        {write_image_matrix_binary, "3\n"},
+        {write_image_matrix_binary_float, "3\n"},
+        {write_image_matrix_binary_multiple, "0\n"}, // states none
+        {write_image_matrix_binary_multiple_float, "0\n"}};
+    const std::string key = "!data offset in bytes :=";
+    for (const auto &[write, stated] : writers) {
+        write("s.img", pixels.data(), header, {}, -1, 9);
+        EXPECT_TRUE(test::read_file("s.hdr").starts_with(key + stated));
+        EXPECT_EQ(test::read_file("s.img").size() % 8, 3);
+    }
+    header.byte_order = 2;
+    for (const auto &[write, rest] :
+         {std::pair<Writer, bool>{write_image_matrix_binary_float, false},
+          {write_image_matrix_wo_header_binary, true}}) {
+        EXPECT_EQ(ending([&] { write("t.img", pixels.data(), header, {}, 0, 0); }),
+                  "status 0: unspecified byte order in the header\n");
+        EXPECT_EQ(std::filesystem::exists("t.img"), rest);
+        EXPECT_EQ(test::read_file("t.hdr"), key + "3\n");
+    }
+    EXPECT_EQ(test::read_file("t.img"), std::string(3, '\0'));
+}
+
+TEST(Formats, EcatFilesAreWrittenWithTheirHeaders)
+{
+    INT_MaxPixelValue = 8;
+    const std::string said[] = {"header information will be written with image data...\n", "", "",
+                                "images need to be written with a header in the CTI6 format...\n"};
+    std::vector<float> pixels{1.5F, 4.0F};
+    ImageHeader header{};
+    convert_header_old_to_new({1, 1, 1, 0, 0, 2, 1}, {2.0F, 4.0F}, header);
+    const auto before = test::fields(header);
+    const FormatSetting settings = create_format_setting("CTI6");
+    for (std::size_t i = 0; i < Writers.size(); ++i) {
+        std::filesystem::remove("s.img");
+        EXPECT_EQ(ending([&] {
+                      Writers[i]("s.img", pixels.data(), header, settings, 3, 2);
+                      EXPECT_EQ(test::fields(header), before);
+                  }),
+                  "status 77: " + said[i]);
+        ASSERT_EQ(std::filesystem::exists("s.img"), i != HeaderOnly);
+        if (i != HeaderOnly) {
+            EXPECT_EQ(test::read_file("s.img").substr(1536, 4),
+                      test::stored_integers({4, 8}, 2, false));
+        }
+    }
+    EXPECT_FALSE(std::filesystem::exists("s.hdr"));
+    EXPECT_EQ(write_image_matrix_wo_header("s.img", pixels.data(), header, settings, 3, 2), 0.0F);
+}
+
 TEST(Formats, OtherKeywordsAreRefusedBeforeAnythingChanges)
 {
+    const std::string refused = "status 0: unspecified or unsupported file format\n";
     FormatSetting unterminated = create_format_setting("FLOATB");
     unterminated.keyword.fill('C');
+    ImageHeader header{};
     for (const FormatSetting &settings :
          {create_format_setting("floatb"), create_format_setting("CTI"), create_format_setting(""),
           create_format_setting(std::string(300, 'F')), unterminated}) {
         for (const Writer &write : Writers) {
-            ImageHeader header{};
-            EXPECT_EQ(ending([&] { write("s.img", nullptr, header, settings, 3, 2); }),
-                      "status 0: unspecified or unsupported file format\n");
+            EXPECT_EQ(ending([&] { write("s.img", nullptr, header, settings, 3, 2); }), refused);
         }
     }
     EXPECT_TRUE(std::filesystem::is_empty("."));
     test::write_file("s.hdr", test::text_header());
+    EXPECT_EQ(ending([&] { read_header("s.img", header, "floatb"); }), refused);
+}
+
+TEST(Formats, OverflowsAreZeroAndListedUnlessTheDataAreBare)
+{
     ImageHeader header{};
-    EXPECT_EQ(ending([&] { read_header("s.img", header, "floatb"); }),
-              "status 0: unspecified or unsupported file format\n");
+    convert_header_old_to_new({1, 1, 1, 0, 0, 4, 1}, {2.0F, 4.0F}, header);
+    std::vector<float> pixels{1000.0F, 500.0F, -0.25F, 32701.0F};
+    FormatSetting settings = create_format_setting("SHORTINT2B");
+    const std::string overflow = "*** overflow pixel values (Signed Short Integers) set to 0 ***\n";
+    const struct {
+        float quantisation;
+        bool bare;
+        std::string said;
+        std::vector<std::int64_t> stored;
+        std::string scaling;
+    } cases[] = {{1,
+                  false,
+                  "sval 32701.000000; fval 32700.000000; quant 32701.000000\n" + overflow,
+                  {1000, 500, 0, 0},
+                  "32700"},
+                 {1, true, overflow, {1000, 500, 0, 0}, ""},
+                 // -0.5 is rounded away from zero, and of 65402 the low 16 bits are left.
+                 {2, false, "", {2000, 1000, -1, -134}, "16350"}};
+    for (const auto &row : cases) {
+        settings.quantisation = row.quantisation;
+        const Writer &write = Writers[row.bare ? Bare : 1];
+        EXPECT_EQ(ending([&] { write("s.img", pixels.data(), header, settings, -1, 0); }),
+                  "status 77: " + row.said);
+        EXPECT_EQ(test::read_file("s.img"), test::stored_integers(row.stored, 2, true))
+            << row.quantisation;
+        EXPECT_TRUE(row.bare ||
+                    test::read_file("s.hdr").find("!pixel scaling value :=" + row.scaling +
+                                                  ".000000\n") != std::string::npos);
+    }
 }

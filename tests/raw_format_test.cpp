@@ -10,16 +10,6 @@ using namespace velmorant;
 using test::ending;
 using test::Infinity;
 
-static constexpr FormatSetting ToExtreme{};
-
-static ImageHeader header_of(std::int32_t x_dim, std::int32_t byte_order)
-{
-    ImageHeader header{};
-    convert_header_old_to_new({1, 1, 1, 0, 0, x_dim, 1}, {2.0F, 4.0F}, header);
-    header.byte_order = byte_order;
-    return header;
-}
-
 TEST(RawHeader, NameEndsWhereTheLastDotStands)
 {
     for (const auto &[image, expected] :
@@ -102,140 +92,6 @@ TEST(ShortScaling, ValuesAreRoundedAwayFromZeroAndTheNarrowBandsCaught)
     EXPECT_EQ(quantise(std::numeric_limits<float>::quiet_NaN(), 1.0F).quantised, 0);
 }
 
-TEST(RawWriter, OneVolumeOfFloats)
-{
-    ImageHeader header = header_of(2, 0);
-    header.num_slices = 2;
-    header.num_frames = 2; // stated, but one volume is written
-    header.data_offset = 3;
-    header.data_format = 3;
-    header.superior_to_inferior = 0;
-    std::vector<float> pixels{1.0F, -2.0F, 0.5F, -8.0F};
-    write_image_matrix_binary_float("s.img", pixels.data(), header, ToExtreme, -2.0F, 4.0F);
-    EXPECT_EQ(pixels, (std::vector<float>{1.0F, -2.0F, 0.5F, -8.0F}));
-    EXPECT_EQ(test::read_file("s.img"),
-              std::string(3, '\0') + test::stored_floats({0.5F, 4.0F, 1.0F, -2.0F}, false));
-    const std::string lines = "!data offset in bytes :=3\n!imagedata byte order :=LITTLEENDIAN\n"
-                              "!matrix size [1] :=2\n!matrix size [2] :=1\n!data format :=3\n"
-                              "!number format :=floating point\n!number of bytes per pixel :=4\n"
-                              "scaling factor (mm/pixel) [1] :=2.000000\n"
-                              "scaling factor (mm/pixel) [2] :=2.000000\n"
-                              "!pixel scaling value :=32700.000000\n!number of slices :=2\n"
-                              "!slice thickness (mm/pixel) :=4.000000\n"
-                              "!the right brain on the left   :=1\n"
-                              "!the anterior to the posterior :=1\n"
-                              "!the superior to the inferior  :=0\nnumber of frames :=2\n"
-                              "number of beds   :=0\n";
-    EXPECT_EQ(test::read_file("s.hdr"), lines + "!END OF HEADER:=\n");
-    write_image_header_binary_float("t.img", pixels.data(), header, ToExtreme);
-    EXPECT_EQ(test::read_file("t.hdr"), lines + "!END OF INTERFILE :=\n");
-    header.byte_order = 2;
-    EXPECT_EQ(
-        ending([&] { write_image_header_binary_float("t.img", pixels.data(), header, ToExtreme); }),
-        "status 0: unspecified byte order in the header\n");
-    EXPECT_EQ(test::read_file("t.hdr"), "!data offset in bytes :=3\n");
-    EXPECT_FALSE(std::filesystem::exists("t.img"));
-}
-
-static bool states_scaling(const std::string &name, const std::string &value)
-{
-    const std::string header = test::read_file(name);
-    return header.find("!number format :=signed integer\n!number of bytes per pixel :=2\n") !=
-               std::string::npos &&
-           header.find("!pixel scaling value :=" + value + "\n") != std::string::npos;
-}
-
-TEST(RawWriter, OneVolumeOfShortsByEveryQuantisation)
-{
-    ImageHeader header = header_of(4, 1);
-    header.num_beds = 1; // stated, but one volume is scaled and written
-    std::vector<float> pixels{1000.0F, 500.0F, -0.25F, 32701.0F};
-    const FormatSetting units{.keyword = {}, .quantisation = 1.0F};
-    const FormatSetting halves{.keyword = {}, .quantisation = 2.0F};
-
-    write_image_matrix_binary("a.img", pixels.data(), header_of(3, 1), ToExtreme, 0.0F, 0.0F);
-    EXPECT_TRUE(states_scaling("a.hdr", "1000.000000"));
-    EXPECT_EQ(test::read_file("a.img"), test::stored_integers({32700, 16350, 0}, 2, true));
-
-    EXPECT_EQ(ending([&] {
-                  write_image_matrix_binary("b.img", pixels.data(), header, units, -1.0F, 0.0F);
-              }),
-              "status 77: sval 32701.000000; fval 32700.000000; quant 32701.000000\n"
-              "*** overflow pixel values (Signed Short Integers) set to 0 ***\n");
-    EXPECT_TRUE(states_scaling("b.hdr", "32700.000000"));
-    EXPECT_EQ(test::read_file("b.img"), test::stored_integers({1000, 500, 0, 0}, 2, true));
-
-    write_image_matrix_binary("c.img", pixels.data(), header, halves, -0.25F, 9.0F);
-    EXPECT_TRUE(states_scaling("c.hdr", "16350.000000"));
-    EXPECT_EQ(test::read_file("c.img"), test::stored_integers({2000, 1000, -1, -134}, 2, true))
-        << "-0.5 is rounded away from zero, and of 65402 the low 16 bits are left";
-
-    write_image_header_binary("d.img", pixels.data(), header, ToExtreme, 0.0F);
-    EXPECT_TRUE(states_scaling("d.hdr", "32701.000000"));
-}
-
-TEST(RawWriter, WholeFilesShareOneScalingAndStateNoOffset)
-{
-    ImageHeader header = header_of(2, 0);
-    header.num_frames = 2;
-    header.num_beds = 1;
-    header.data_offset = 2;
-    header.right_on_left = 0;
-    std::vector<float> study{100, 1, 1000, 0, 0, 0, 500, 0};
-    write_image_matrix_binary_multiple("s.img", study.data(), header, ToExtreme, 0.0F, 0.0F);
-    EXPECT_TRUE(states_scaling("s.hdr", "1000.000000"));
-    EXPECT_TRUE(test::read_file("s.hdr").starts_with("!data offset in bytes :=0\n"));
-    EXPECT_EQ(test::read_file("s.img"),
-              std::string(2, '\0') +
-                  test::stored_integers({33, 3270, 0, 32700, 0, 0, 0, 16350}, 2, false));
-    EXPECT_EQ(study, (std::vector<float>{100, 1, 1000, 0, 0, 0, 500, 0}));
-    write_image_matrix_binary_multiple_float("s.img", study.data(), header, ToExtreme, 0.0F, 0.0F);
-    EXPECT_TRUE(test::read_file("s.hdr").starts_with("!data offset in bytes :=0\n"));
-    EXPECT_EQ(test::read_file("s.img"),
-              std::string(2, '\0') + test::stored_floats({1, 100, 0, 1000, 0, 0, 0, 500}, false));
-}
-
-TEST(RawWriter, BareDataComeWithoutATextHeaderAndTellTheirStep)
-{
-    test::write_file("s.hdr", "as it was");
-    ImageHeader header = header_of(2, 1);
-    header.num_slices = 2;
-    header.num_frames = 3; // one volume is scaled and written all the same
-    header.data_offset = 300000;
-    header.anterior_to_posterior = header.superior_to_inferior = 0;
-    const std::string offset(300000, '\0');
-    std::vector<float> pixels{8.0F, -16.0F, 0.5F, 4.0F, 1e9F};
-    EXPECT_EQ(
-        write_image_matrix_wo_header_binary("s.img", pixels.data(), header, ToExtreme, -8.0F, 2.0F),
-        8.0F / 32700.0F);
-    EXPECT_EQ(test::read_file("s.img"),
-              offset + test::stored_integers({2044, 16350, 32700, 8175}, 2, true));
-
-    // Overflows are counted without a line for each.
-    const FormatSetting many{.keyword = {}, .quantisation = 4096.0F};
-    EXPECT_EQ(ending([&] {
-                  EXPECT_EQ(write_image_matrix_wo_header_binary("s.img", pixels.data(), header,
-                                                                many, -99.0F, 0.0F),
-                            1.0F / 4096.0F);
-                  EXPECT_EQ(pixels, (std::vector<float>{8.0F, -16.0F, 0.5F, 4.0F, 1e9F}));
-              }),
-              "status 77: *** overflow pixel values (Signed Short Integers) set to 0 ***\n");
-    EXPECT_EQ(test::read_file("s.img"),
-              offset + test::stored_integers({2048, 16384, 0, 0}, 2, true));
-
-    write_image_matrix_wo_header_binary_float("s.img", pixels.data(), header, many, -8.0F, 2.0F);
-    EXPECT_EQ(test::read_file("s.img"),
-              offset + test::stored_floats({0.5F, 4.0F, 8.0F, 2.0F}, true));
-    EXPECT_EQ(test::read_file("s.hdr"), "as it was");
-
-    header.byte_order = 2;
-    EXPECT_EQ(ending([&] {
-                  write_image_matrix_wo_header_binary("s.img", pixels.data(), header, many, 0, 0);
-              }),
-              "status 0: unspecified byte order in the header\n");
-    EXPECT_EQ(test::read_file("s.img"), offset);
-}
-
 TEST(RawFormat, PiecesJoinWithoutASeam)
 {
     std::vector<std::int64_t> integers(300001);
@@ -244,7 +100,9 @@ TEST(RawFormat, PiecesJoinWithoutASeam)
     }
     std::vector<float> pixels(integers.begin(), integers.end());
     pixels[0] = 32701.0F; // overflows in the first piece only
-    ImageHeader header = header_of(300001, 1);
+    ImageHeader header{};
+    convert_header_old_to_new({1, 1, 1, 0, 0, 300001, 1}, {2.0F, 4.0F}, header);
+    header.byte_order = 1;
     const FormatSetting units{.keyword = {}, .quantisation = 1.0F};
     EXPECT_TRUE(ending([&] {
                     write_image_matrix_binary("s.img", pixels.data(), header, units, 0.0F, 0.0F);
