@@ -38,25 +38,24 @@ TEST(PreferenceLine, EndsAtLineFeedCarriageReturnLimitOrEndOfFile)
 
 TEST(PreferenceLine, KeyMatchesAnywhereInAnyCase)
 {
-    constexpr const char *key = "Number of NumColumns";
-    EXPECT_TRUE(test_strings("NUMBER OF NUMCOLUMNS:=7", key));
-    EXPECT_TRUE(test_strings("old number of numcolumns := 4 (was 8)", key));
+    EXPECT_TRUE(test_strings("old NUMBER of numcolumns := 4 (was 8)", "Number of NumColumns"));
     EXPECT_TRUE(test_strings("anything", ""));
-    EXPECT_FALSE(test_strings("Number of Num Columns:= 7", key));
-    EXPECT_FALSE(test_strings("Number of NumColumn", key));
+    EXPECT_FALSE(test_strings("Number of NumColumn", "Number of NumColumns"));
     // Only A to Z fold: neither the neighbours of the letters nor letters of other alphabets do.
-    EXPECT_FALSE(test_strings("[", "{"));
-    EXPECT_FALSE(test_strings("@", "`"));
-    EXPECT_FALSE(test_strings("\xC4", "\xE4"));
+    for (const auto &[a, b] : {std::pair{"[", "{"}, {"@", "`"}, {"\xC4", "\xE4"}}) {
+        EXPECT_FALSE(test_strings(a, b)) << a;
+    }
 }
 
 TEST(PreferenceLine, NumbersAreReadAsAtoiAndAtofReadThem)
 {
-    EXPECT_EQ(get_int_strings("a:= 12 columns b:= 2"), 12);
-    EXPECT_EQ(get_int_strings("key:=-3.75"), -3);
-    EXPECT_EQ(get_int_strings("key:= abc"), 0);
-    EXPECT_EQ(get_int_strings("key:= 010"), 10);
-    EXPECT_EQ(get_int_strings("key:= 4294967297"), 1);
+    for (const auto &[line, number] : {std::pair{"a:= 12 columns b:= 2", 12},
+                                       {"key:=-3.75", -3},
+                                       {"key:= abc", 0},
+                                       {"key:= 010", 10},
+                                       {"key:= 4294967297", 1}}) {
+        EXPECT_EQ(get_int_strings(line), number);
+    }
     EXPECT_EQ(get_short_int_strings("key:= 40000"), -25536);
     EXPECT_EQ(get_float_strings("key:=-3.75 mm"), -3.75F);
     EXPECT_EQ(get_float_strings("key:= 1e99"), INFINITY);
@@ -89,25 +88,23 @@ TEST(PreferenceFile, FirstLineWinsAndMissingKeysAreAppended)
     EXPECT_EQ(preference_int_strings("p", "size", 1), 3);
     // The key "cut key" is cut by the limit of 253 characters a line.
     Text text{};
+    EXPECT_EQ(preference_int_strings("p", "cut key", -5), -5);
+    EXPECT_EQ(preference_float_strings("p", "Real key", 0.1F), 0.1F);
+    EXPECT_EQ(preference_short_int_strings("p", "Short key", 40000), -25536);
     EXPECT_EQ(ending([&] {
-                  std::printf("%d ", preference_int_strings("p", "cut key", -5));
-                  std::printf("%g ",
-                              static_cast<double>(preference_float_strings("p", "Real key", 0.1F)));
-                  std::printf("%d ", preference_short_int_strings("p", "Short key", 40000));
                   preference_string_strings("p", text, "Text key", "a b");
-                  std::printf("%s ", text.data());
+                  std::puts(text.data());
               }),
-              "status 77: 'cut key' created in p...\n-5 'Real key' created in p...\n0.1 "
-              "'Short key' created in p...\n-25536 'Text key' created in p...\na b ");
-    const std::string appended =
-        "cut key:= -5\nReal key:= 0.100000\nShort key:= -25536\nText key:= \"a b\"\n";
-    EXPECT_TRUE(test::read_file("p").ends_with(" cut key:= 9\n" + appended));
+              "status 77: 'Text key' created in p...\na b\n");
+    EXPECT_TRUE(
+        test::read_file("p").ends_with(" cut key:= 9\ncut key:= -5\nReal key:= 0.100000\nShort "
+                                       "key:= -25536\nText key:= \"a b\"\n"));
     EXPECT_EQ(preference_float_strings("p", "real KEY", 7.0F), 0.1F);
     EXPECT_EQ(preference_short_int_strings("p", "short key", 1), -25536);
 
     // A key appended to a line without an end shares that line and is read from its front.
     test::write_file("q", "File Format:= \"CTI6\"");
-    ending([] { preference_int_strings("q", "Columns", 10); });
+    EXPECT_EQ(preference_int_strings("q", "Columns", 10), 10);
     EXPECT_EQ(test::read_file("q"), "File Format:= \"CTI6\"Columns:= 10\n");
     EXPECT_EQ(preference_int_strings("q", "Columns", 10), 0);
 }
@@ -155,9 +152,7 @@ TEST(PreferenceSets, WorkingDirectoryMustLeaveRoomForThePaletteName)
     };
     deepen_to(242);
     EXPECT_TRUE(ending([] { read_local_preference("p"); }).starts_with("status 77"));
-    EXPECT_NE(
-        test::read_file("p").find(std::filesystem::current_path().string() + "/rainbow.plt\""),
-        std::string::npos);
+    EXPECT_NE(test::read_file("p").find("d/rainbow.plt\""), std::string::npos);
     std::filesystem::current_path(folder);
     deepen_to(243);
     EXPECT_EQ(ending([] { read_local_preference("p"); }), "status 134: p does not exist...\n");
