@@ -5,12 +5,7 @@
 
 #include <cstdlib>
 
-using test::Faults;
-using test::Files;
-using test::files_here;
-using test::Outcome;
-using test::restore;
-using test::run_with_faults;
+using namespace test;
 
 static const std::vector<std::string> Keywords{"CTI6", "SHORTINT2B", "SHORTINT2L", "FLOATB",
                                                "FLOATL"};
@@ -20,14 +15,14 @@ static Files clean_run(const char *program, const std::vector<std::string> &word
                        const Files &before)
 {
     restore(before);
-    test::run_program(program, words);
+    run_program(program, words);
     return files_here();
 }
 
 static Files make_inputs(const std::string &keyword)
 {
     restore({{"rainbow.plt", std::string(768, 'p')}});
-    test::run_program(MAKE_PHANTOM, {"make_phantom", keyword, "a.img", "16", "16", "2", "1", "1"});
+    run_program(MAKE_PHANTOM, {"make_phantom", keyword, "a.img", "16", "16", "2", "1", "1"});
     return files_here();
 }
 
@@ -65,13 +60,9 @@ static int fail_runs(const std::string &keyword, const std::string &gray)
 // Every format, in colour and in gray.
 TEST(Faults, DISABLED_EndEveryRunInAKnownWay)
 {
-    int failed = 0;
     for (const std::string &keyword : Keywords) {
-        for (const std::string gray : {"-g0", "-g1"}) {
-            failed += fail_runs(keyword, gray);
-        }
+        EXPECT_GT(fail_runs(keyword, "-g0") + fail_runs(keyword, "-g1"), 300);
     }
-    std::printf("%d operations failed\n", failed);
 }
 
 TEST(Faults, EndARunInAKnownWayAndHarmNothingThatIsRead)
@@ -84,42 +75,38 @@ TEST(Faults, LeavePreferencesThatTheNextRunCompletes)
     const std::vector<std::string> words{"tiffgen", "a.img", "o", "0.0"};
     const Files before = make_inputs("FLOATB");
     const Files clean = clean_run(TIFFGEN, words, before);
-    int failed = 0;
     for (const std::string &fault : Faults) {
-        failed += run_with_faults(fault, TIFFGEN, words, before, [&](const Outcome &outcome, bool) {
+        run_with_faults(fault, TIFFGEN, words, before, [&](const Outcome &outcome, bool) {
             EXPECT_TRUE(ends_in_a_known_way(outcome));
             setenv("FAULT", "", 1);
-            EXPECT_EQ(test::run_program(TIFFGEN, words).status, 1);
+            EXPECT_EQ(run_program(TIFFGEN, words).status, 1);
             EXPECT_EQ(files_here(), clean);
         });
     }
-    std::printf("%d operations failed\n", failed);
 }
 
 TEST(Faults, NeverLetAConversionPassForDone)
 {
     const Files before = make_inputs("FLOATB");
-    int failed = 0;
     for (const std::string &keyword : Keywords) {
         const std::vector<std::string> words{"convert_image", "FLOATB", "a.img", keyword, "o.img"};
         const Files clean = clean_run(CONVERT_IMAGE, words, before);
         for (const std::string &fault : Faults) {
-            failed += run_with_faults(
-                fault, CONVERT_IMAGE, words, before, [&](const Outcome &outcome, bool happened) {
-                    Files after = files_here();
-                    if (outcome.status == 0) {
-                        EXPECT_EQ(after, clean);
-                        return;
-                    }
-                    EXPECT_TRUE(happened);
-                    EXPECT_EQ(outcome.status, 1);
-                    EXPECT_TRUE(outcome.err.ends_with("\nconvert_image: not converted: a.img\n") ||
-                                fault.starts_with("write"));
-                    after.erase("o.img");
-                    after.erase("o.hdr");
-                    EXPECT_EQ(after, before);
-                });
+            const auto check = [&](const Outcome &outcome, bool happened) {
+                Files after = files_here();
+                if (outcome.status == 0) {
+                    EXPECT_EQ(after, clean);
+                    return;
+                }
+                EXPECT_TRUE(happened);
+                EXPECT_EQ(outcome.status, 1);
+                EXPECT_TRUE(outcome.err.ends_with("\nconvert_image: not converted: a.img\n") ||
+                            fault.starts_with("write"));
+                after.erase("o.img");
+                after.erase("o.hdr");
+                EXPECT_EQ(after, before);
+            };
+            run_with_faults(fault, CONVERT_IMAGE, words, before, check);
         }
     }
-    std::printf("%d operations failed\n", failed);
 }

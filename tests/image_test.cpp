@@ -52,9 +52,7 @@ TEST(ImageHeader, GeometriesThatCanNotBeHeldEndTheRun)
 {
     const auto report = [](std::int32_t x_dim, std::int32_t y_dim, std::int32_t num_slices) {
         ImageHeader header{};
-        header.x_dim = x_dim;
-        header.y_dim = y_dim;
-        header.num_slices = num_slices;
+        convert_header_old_to_new({1, num_slices, 1, 0, 0, x_dim, y_dim}, {}, header);
         return ending([&] { checked_image_size(header); });
     };
     const std::string illegal = "status 0: illegal image dimensions ";

@@ -5,26 +5,21 @@
 
 static const std::string Summary = "XD=  3;YD=  2;SL= 3;PX=2.000;PY=2.000;PZ=4.000;F= 1;B=0\n";
 
-// As `installed`, with what a program is built with, and an installation that was moved: $MOVED.
+// As `installed`, with an installation that was moved: $MOVED.
 static std::string build(const std::string &command)
 {
-    for (const auto &[name, value] : {std::pair{"CXX", CXX},
-                                      {"CMAKE", CMAKE},
-                                      {"CMAKE_GENERATOR", GENERATOR},
-                                      {"MAKE_PROGRAM", MAKE_PROGRAM},
-                                      {"SIBLING", SIBLING}}) {
-        setenv(name, value, 1);
-    }
-    return test::installed("MOVED=\"$PWD/moved here\"; cp -r \"$INSTALLED\" \"$MOVED\"; " +
-                           command);
+    return test::installed(
+        "CXX='" CXX "'; MOVED=\"$PWD/moved here\"; cp -r \"$INSTALLED\" \"$MOVED\"; " + command);
 }
 
 TEST(InstalledLibrary, IsFoundByCmake)
 {
     test::make_study();
-    EXPECT_EQ(build("{ \"$CMAKE\" -S \"$SIBLING\" -B b \"-DCMAKE_MAKE_PROGRAM=$MAKE_PROGRAM\" "
-                    "\"-DCMAKE_PREFIX_PATH=$MOVED\" && \"$CMAKE\" --build b; } >log 2>&1 || "
-                    "cat log; b/sibling FLOATB a.img"),
+    EXPECT_EQ(build("{ '" CMAKE "' -S '" SIBLING "' -B b -G '" GENERATOR
+                    "' -DCMAKE_CXX_COMPILER=\"$CXX\" "
+                    "'-DCMAKE_MAKE_PROGRAM=" MAKE_PROGRAM
+                    "' \"-DCMAKE_PREFIX_PATH=$MOVED\" && '" CMAKE
+                    "' --build b; } >log 2>&1 || cat log; b/sibling FLOATB a.img"),
               "status 0: " + Summary);
 }
 
@@ -36,7 +31,7 @@ TEST(InstalledLibrary, IsFoundByPkgConfig)
     EXPECT_EQ(build("PKG_CONFIG_PATH=$(echo \"$MOVED\"/lib*/pkgconfig) && "
                     "export PKG_CONFIG_PATH && pkg-config --modversion velmorant && "
                     "eval \"set -- $(pkg-config --cflags --libs velmorant)\" && \"$CXX\" "
-                    "-std=c++20 \"$SIBLING\"/sibling.cpp -o sibling \"$@\" && "
+                    "-std=c++20 '" SIBLING "'/sibling.cpp -o sibling \"$@\" && "
                     "./sibling FLOATB a.img"),
               "status 0: " VERSION "\n" + Summary);
 }
@@ -107,25 +102,19 @@ TEST(InstalledFiles, CompleteCommandLines)
         {"_tiffgen", "tiffgen a", "a.hdr\na.img\n"},
         {"_tiffgen", "tiffgen a.img o 0 -hmy", "-hmy\\ studies/\n"},
         {"_tiffgen", R"(tiffgen a.img o 0 -h\"my)", "-h\"my studies/\n"},
-        {"_tiffgen", "tiffgen a.img o 0 -ha.i", "-ha.img \n"},
         {"_tiffgen", "tiffgen a.img o 0 -s", "-s0\n-s1\n"},
-        {"_tiffgen_run", "tiffgen-run --c", "--check-study\n"},
         {"_tiffgen_run", "tiffgen-run --format SH", "SHORTINT2B\nSHORTINT2L\n"},
         {"_tiffgen_run", "tiffgen-run --format = C", "CTI6\n"},
         {"_tiffgen_run", "tiffgen-run --palette vi", "viridis\n"},
-        {"_tiffgen_run", "tiffgen-run --palette = a.h", "a.hdr\n"},
         {"_tiffgen_run", "tiffgen-run --palette pet a.i", "a.img\n"},
 #ifdef VELMORANT_NIFTI
         {"_tiffgen_run", "tiffgen-run --format N", "NIFTI\n"},
-        {"_tiffgen_run", "tiffgen-run --o", "--orientation\n"},
 #else
         {"_tiffgen_run", "tiffgen-run --format N", "\n"},
-        {"_tiffgen_run", "tiffgen-run --o", "\n"},
 #endif
         {"_tiffgen_check", "tiffgen-check s", "study\n"},
         {"_tiffgen_check", "tiffgen-check study FLOATL my", "my studies\n"},
         {"_nifti_to_raw", "nifti-to-raw --form = s", "sform\n"},
-        {"_nifti_to_raw", "nifti-to-raw --form qform a.i", "a.img\n"},
     };
     // clang-format on
     for (const auto &row : cases) {

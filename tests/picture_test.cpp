@@ -3,6 +3,8 @@
 #include "tests/support/test.h"
 #include "tests/support/tiff.h"
 
+#include <numeric>
+
 using Values = std::vector<int>;
 
 // 3 x 2 pixels in 3 slices. With 0 to 256 as the range of the palette, the index is the value times
@@ -24,10 +26,8 @@ static test::Picture make_picture(std::vector<std::string> options, const char *
 static void write_study(const std::string &header_changes, const std::string &data)
 {
     // Red is the index, green 255 less the index, blue 7 for all.
-    std::string palette;
-    for (int i = 0; i < 256; ++i) {
-        palette += static_cast<char>(i);
-    }
+    std::string palette(256, '\0');
+    std::iota(palette.begin(), palette.end(), '\0');
     palette.append(palette.rbegin(), palette.rend()).append(256, '\7');
     test::write_file("rainbow.plt", palette);
     test::write_file("a.hdr", test::text_header(header_changes));
@@ -117,18 +117,20 @@ TEST(Montage, EveryStorageShowsTheSamePicture)
 
 TEST(Montage, ShowsTheSelectedFrameAndBed)
 {
-    std::string data = "12345";
-    for (const float value : {128.0F, 144.0F, 160.0F, 176.0F, 192.0F, 208.0F}) {
-        data += test::stored_floats({value}, true);
-    }
+    std::string data = "12345" + test::stored_floats({128, 144, 160, 176, 192, 208}, true);
     const std::string header = "!data offset in bytes :=5\nmatrix size [1] :=1\n"
                                "matrix size [2] :=1\nnumber of slices :=1\n"
                                "number of frames :=3\nnumber of beds :=1\n";
     write_study(header, data);
-    EXPECT_EQ(make_picture({"-X1", "-g1"}).bytes, Values{127});
-    EXPECT_EQ(make_picture({"-f3", "-X1", "-g1"}).bytes, Values{158});
-    EXPECT_EQ(make_picture({"-f1", "-X1", "-g1", "-f2", "-b1"}).bytes, Values{190});
-    EXPECT_EQ(make_picture({"-f7", "-X1", "-g1"}).bytes, Values{0}) << "after the end";
+    const std::pair<std::vector<std::string>, int> cases[] = {
+        {{}, 127},
+        {{"-f3"}, 158},
+        {{"-f1", "-f2", "-b1"}, 190},
+        {{"-f7"}, 0}}; // the last after the end
+    for (auto [options, expected] : cases) {
+        options.insert(options.end(), {"-X1", "-g1"});
+        EXPECT_EQ(make_picture(options).bytes, Values{expected});
+    }
     data.pop_back();
     write_study(header, data);
     EXPECT_EQ(make_picture({"-f6", "-X1", "-g1"}).bytes, Values{0}) << "not a whole element";
@@ -163,17 +165,9 @@ TEST(Picture, ColoursComeFromThePaletteAndTheBarStandsBeside)
     EXPECT_EQ(colour.width, 3);
     EXPECT_EQ(colour.height, 8);
     Values expected;
-    for (const auto &[pixel, bar] : {std::pair{15, 0},
-                                     {31, 0},
-                                     {47, 0},
-                                     {63, 190}, //
-                                     {79, 127},
-                                     {95, 63},
-                                     {111, 0},
-                                     {254, 0}}) {
-        for (const int index : {pixel, bar, bar}) {
-            expected.insert(expected.end(), {index, 255 - index, 7});
-        }
+    for (const int index : {15, 0,   0,   31, 0,  0,  47,  0, 0, 63,  190, 190,
+                            79, 127, 127, 95, 63, 63, 111, 0, 0, 254, 0,   0}) {
+        expected.insert(expected.end(), {index, 255 - index, 7});
     }
     EXPECT_EQ(colour.bytes, expected);
     EXPECT_EQ(colour.tags, "bits=8 photometric=2 samples=3 compression=1 planar=1 unit=1 x=5 y=5 "
