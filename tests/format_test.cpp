@@ -6,8 +6,6 @@
 #include "prefs/settings.h"
 #include "tests/support/test.h"
 
-#include <functional>
-
 using namespace velmorant;
 using test::ending;
 

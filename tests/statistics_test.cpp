@@ -6,7 +6,6 @@
 #include "image/volume_statistics.h"
 #include "tests/support/test.h"
 
-#include <bit>
 #include <random>
 
 using namespace velmorant;

@@ -3,8 +3,6 @@
 #include "tests/support/installed.h"
 #include "tests/support/test.h"
 
-#include <functional>
-
 static std::string check(const std::string &keyword, const std::string &image)
 {
     return test::installed("exec tiffgen-check study " + keyword + " " + image);

@@ -1,11 +1,6 @@
 #include "tests/support/faults.h"
 
-#include "tests/support/files.h"
-
-#include <gtest/gtest.h>
-
 #include <cstdlib>
-#include <filesystem>
 
 namespace test
 {

@@ -2,12 +2,9 @@
 
 // Runs of programs in which one operation fails, by the library of fuzz/faults.cpp.
 
-#include "tests/support/process.h"
+#include "tests/support/test.h"
 
-#include <functional>
 #include <map>
-#include <string>
-#include <vector>
 
 namespace test
 {

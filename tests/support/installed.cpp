@@ -1,7 +1,5 @@
 #include "tests/support/installed.h"
 
-#include "tests/support/test.h"
-
 #include <cstdlib>
 
 namespace test

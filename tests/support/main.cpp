@@ -1,10 +1,9 @@
-#include "tests/support/files.h"
-
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <cstdlib>
-#include <optional>
+#include <filesystem>
+#include <string>
 
 #include <unistd.h>
 
@@ -24,19 +23,22 @@ static void refuse_early_end()
 namespace
 {
 
-std::optional<test::EmptyFolder> Folder;
-
-// Every test has an empty working directory of its own.
+// Forked processes end without the end of a test, and leave its folder alone.
 class EachInAnEmptyFolder : public testing::EmptyTestEventListener
 {
     void OnTestStart(const testing::TestInfo & /*test*/) override
     {
-        Folder.emplace();
+        std::string name = std::filesystem::temp_directory_path() / "velmorant-XXXXXX";
+        folder = mkdtemp(name.data());
+        std::filesystem::current_path(folder);
     }
     void OnTestEnd(const testing::TestInfo & /*test*/) override
     {
-        Folder.reset();
+        std::filesystem::current_path(before);
+        std::filesystem::remove_all(folder);
     }
+    std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::path folder;
 };
 
 } // namespace

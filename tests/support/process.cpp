@@ -1,11 +1,9 @@
-#include "tests/support/process.h"
-
-#include "tests/support/files.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/test.h"
 
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
+#include <sstream>
 
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -13,6 +11,20 @@
 
 namespace test
 {
+
+void write_file(const std::string &name, const std::string &bytes)
+{
+    std::ofstream(name, std::ios::binary) << bytes;
+}
+
+std::string read_file(const std::string &name)
+{
+    const std::ifstream file(name, std::ios::binary);
+    EXPECT_TRUE(file.is_open()) << name;
+    std::ostringstream bytes;
+    bytes << file.rdbuf();
+    return bytes.str();
+}
 
 static Outcome run_apart(const std::function<void()> &procedure)
 {
