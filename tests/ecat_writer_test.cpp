@@ -25,13 +25,6 @@ static std::string read_block(int block)
     return test::read_file("f.v").substr(static_cast<std::size_t>(block - 1) * 512, 512);
 }
 
-static std::string directory_block(const std::vector<std::int64_t> &words)
-{
-    test::EcatFile file;
-    file.put32(1, 0, words);
-    return file.bytes;
-}
-
 TEST(MatrixFile, BeginsWithAMainHeaderAndAnEmptyDirectory)
 {
     MatMainHeader main_header{};
@@ -50,9 +43,8 @@ TEST(MatrixFile, BeginsWithAMainHeaderAndAnEmptyDirectory)
 
 static void expect_directory(int block, const std::vector<std::int64_t> &words)
 {
-    EXPECT_EQ(read_block(block).substr(0, 4 * words.size()),
-              directory_block(words).substr(0, 4 * words.size()))
-        << block;
+    const std::string expected = test::stored_integers(words, 4, false);
+    EXPECT_EQ(read_block(block).substr(0, expected.size()), expected) << block;
 }
 
 TEST(MatrixEntry, FollowsTheOneBeforeOrKeepsItsPlace)
@@ -130,24 +122,21 @@ TEST(MatrixData, FollowTheirSubheader)
     mat_write_scan(stream.get(), 12, of_width<MatScanSubheader>(6), std::span(integers).last(1));
     mat_write_attn(stream.get(), 13, of_width<MatAttnSubheader>(7), floats);
     mat_write_norm(stream.get(), 14, of_width<MatNormSubheader>(8), std::span(floats).last(1));
-    mat_write_norm(stream.get(), 15, {}, {});
     // What is left of a block is zero, where there was something else, too.
     mat_write_image(stream.get(), 11, of_width<MatImageSubheader>(9), std::span(integers).first(3));
 
-    expect_directory(
-        2, {26, 2, 0, 5, 11, 3, 4, 1, 12, 6, 7, 1, 13, 8, 10, 1, 14, 11, 12, 1, 15, 13, 13, 1, 0});
-    const std::pair<int, std::vector<std::int64_t>> blocks[] = {{4, {0x1234, 0x1234, 0x1234}},
-                                                                {5, {0x1234}},
-                                                                {7, {0x1234}},
-                                                                {10, {0xBF4C, 0xCCCD}},
-                                                                {12, {0xBF4C, 0xCCCD}}};
+    expect_directory(2, {27, 2, 0, 4, 11, 3, 4, 1, 12, 6, 7, 1, 13, 8, 10, 1, 14, 11, 12, 1, 0});
+    const std::vector<std::int64_t> one{0x1234};
+    const std::vector<std::int64_t> minus_fifth{0xBF4C, 0xCCCD};
+    const std::pair<int, std::vector<std::int64_t>> blocks[] = {
+        {4, {0x1234, 0x1234, 0x1234}}, {5, one}, {7, one}, {10, minus_fifth}, {12, minus_fifth}};
     for (const auto &[block, words] : blocks) {
         test::EcatFile expected;
         expected.put16(1, 0, words);
         EXPECT_EQ(read_block(block), expected.bytes) << block;
     }
     EXPECT_EQ(read_block(9).substr(508), std::string("\x80\x40\0\0", 4));
-    for (const auto &[block, width] : {std::pair{3, 9}, {6, 6}, {8, 7}, {11, 8}, {13, 0}}) {
+    for (const auto &[block, width] : {std::pair{3, 9}, {6, 6}, {8, 7}, {11, 8}}) {
         EXPECT_EQ(read_block(block)[132], width) << block;
     }
 }
@@ -202,14 +191,8 @@ static test::EcatFile small_file(const std::string &source, const std::string &d
     return file;
 }
 
-// What the source file's name becomes: the first 18 characters.
+// Of a source file's name the first 18 characters are kept.
 static constexpr const char *LongName = "a-long-file-name.image";
-static const std::string Source = "a-long-file-name.i";
-
-static std::string date_in(const std::string &file_name)
-{
-    return test::read_file(file_name).substr(66, 6);
-}
 
 TEST(EcatImageWriter, StoresEachPlaneInItsOwnScale)
 {
@@ -235,10 +218,10 @@ TEST(EcatImageWriter, StoresEachPlaneInItsOwnScale)
     INT_MaxPixelValue = 100;
     const std::string before = today();
     EXPECT_EQ(write_image_matrix_cti6(LongName, image.data(), small_header(), -500, 75), 0);
-    const std::string date = date_in(LongName);
+    const std::string date = test::read_file(LongName).substr(66, 6);
     EXPECT_TRUE(date == before || date == today());
 
-    test::EcatFile expected = small_file(Source, date, "VELMORANT");
+    test::EcatFile expected = small_file("a-long-file-name.i", date, "VELMORANT");
     int block = 3;
     for (const auto &plane : planes) {
         expected.put16(block, 172, {plane.scale, 0, 0, 100}); // and the integers' range
@@ -248,11 +231,9 @@ TEST(EcatImageWriter, StoresEachPlaneInItsOwnScale)
     EXPECT_EQ(test::read_file(LongName), expected.bytes);
 
     // Squares that are too large for single precision, and quotients for an integer.
-    ImageHeader header = small_header();
-    header.num_frames = 1;
-    header.num_beds = 0;
-    const std::vector<float> huge{5, -2e19F, 0, -3e38F, -1e30F, -1e32F};
-    write_image_matrix_cti6("f.v", huge.data(), header, KeepAll, 0);
+    image = {5, -2e19F, 0, -3e38F, -1e30F, -1e32F};
+    image.resize(24);
+    write_image_matrix_cti6("f.v", image.data(), small_header(), KeepAll, 0);
     EXPECT_EQ(read_block(3).substr(172, 4), std::string("\x80\0\0\0", 4)) << "infinity";
     EXPECT_EQ(read_block(6).substr(0, 6), test::stored_integers({0, 100, 10000}, 2, false));
 }
@@ -263,8 +244,9 @@ TEST(EcatImageWriter, CreatesFilesOfEmptyPlanes)
     header.y_dim = 4;
     header.pixel_size_y = 7.0F;
     EXPECT_EQ(create_image_matrix_cti6(LongName, header), 0);
-    const std::string source = std::string("n/a\0", 4) + Source.substr(4);
-    test::EcatFile expected = small_file(source, date_in(LongName), "processed");
+    const std::string found = test::read_file(LongName);
+    test::EcatFile expected =
+        small_file(std::string("n/a\0ng-file-name.i", 18), found.substr(66, 6), "processed");
     for (int block = 3; block < 19; block += 2) {
         expected.put16(block, 134, {4});
         expected.put16(block, 164, {0x4100, 0}); // the middle row, 2
@@ -273,7 +255,7 @@ TEST(EcatImageWriter, CreatesFilesOfEmptyPlanes)
         expected.put16(block, 376, {1});
         expected.put16(block, 382, {1});
     }
-    EXPECT_EQ(test::read_file(LongName), expected.bytes);
+    EXPECT_EQ(found, expected.bytes);
 }
 
 TEST(EcatImageWriter, CoordinatesThatWrapAroundTakeTheOthersPlaces)
