@@ -8,8 +8,7 @@ using test::Outcome;
 
 static const std::string Banner = "\nTIFF FILE GENERATOR (Version 3.1)\n"
                                   "Velmorant tomographic brain image analysis\n"
-                                  "by Orlavesk Tarn and the Velmorant developers\n"
-                                  "Hollin Centre\n"
+                                  "by Orlavesk Tarn and the Velmorant developers\nHollin Centre\n"
                                   "Free software under the MIT licence\n"
                                   "For research, not for diagnosis\n\n";
 
@@ -53,8 +52,7 @@ static const std::string Global =
     "Internal y Pixel Size:= 2.250000\nInternal z Pixel Size:= 2.250000\n"
     "Internal x Center:= 63.500000\nInternal y Center:= 63.500000\n"
     "Internal z Center:= 0.000000\nAcpc Center Offset (mm):= -16.000000\n"
-    "Normalized Global Value:= 1000.000000\n"
-    "Peak Threshold for Normalization (%volume):= 0.999000\n"
+    "Normalized Global Value:= 1000.000000\nPeak Threshold for Normalization (%volume):= 0.999000\n"
     "Lower Threshold for Normalization (%intensity):= 0.400000\n"
     "Number of Bins for Normalization:= 1024\nMaximum Pixel Value in Short Integer:= 32700\n"
     "Index Value for Out-of-Field:= -10000000000.000000\n"

@@ -16,8 +16,7 @@ TEST(InstalledLibrary, IsFoundByCmake)
 {
     test::make_study();
     EXPECT_EQ(build("{ '" CMAKE "' -S '" SIBLING "' -B b -G '" GENERATOR
-                    "' -DCMAKE_CXX_COMPILER=\"$CXX\" "
-                    "'-DCMAKE_MAKE_PROGRAM=" MAKE_PROGRAM
+                    "' -DCMAKE_CXX_COMPILER=\"$CXX\" '-DCMAKE_MAKE_PROGRAM=" MAKE_PROGRAM
                     "' \"-DCMAKE_PREFIX_PATH=$MOVED\" && '" CMAKE
                     "' --build b; } >log 2>&1 || cat log; b/sibling FLOATB a.img"),
               "status 0: " + Summary);
@@ -82,8 +81,7 @@ TEST(InstalledFiles, WorkWhereTheyWereMoved)
 static std::string complete(const std::string &function, const std::string &words)
 {
     return test::installed(
-        "bash -c '. "
-        "\"$INSTALLED\"/share/bash-completion/completions/tiffgen-run; COMP_WORDS=(" +
+        "bash -c '. \"$INSTALLED\"/share/bash-completion/completions/tiffgen-run; COMP_WORDS=(" +
         words + "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); " + function +
         R"(; printf "%s\n" "${COMPREPLY[@]}" | sort')");
 }

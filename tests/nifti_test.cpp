@@ -176,8 +176,7 @@ TEST(NiftiOrientation, ObliqueAxesGoToTheNearestAndPixelSizesWithTheirAxes)
     file.sform = {{{0, 0, -4}, {std::sqrt(3.0), -1.5, 0}, {1, 1.5 * std::sqrt(3.0), 0}}};
     EXPECT_EQ(convert(file),
               "status 0: i.nii: stored as ASL, its axes reordered for transaxial slices\n"
-              "i.nii: 30.0 degrees oblique, taken along the nearest axes\n"
-              "o.img: " +
+              "i.nii: 30.0 degrees oblique, taken along the nearest axes\no.img: " +
                   Converted);
     EXPECT_EQ(read_volume(), standard_head());
     EXPECT_FLOAT_EQ(output_header().pixel_size_x, 4.0F);
@@ -377,8 +376,7 @@ TEST(NiftiFiles, ThatAreDamagedAreRefusedAndLeaveNothing)
         EXPECT_EQ(test::installed("gzip -kf g.nii; " + damage +
                                   " >i.nii.gz; nifti-to-raw i.nii.gz o.img; s=$?; ls -A; exit $s"),
                   "too short for its header, or damaged: i.nii.gz\n"
-                  "nifti-to-raw: not converted: i.nii.gz\n"
-                  "status 1: g.nii\ng.nii.gz\ni.nii.gz\n")
+                  "nifti-to-raw: not converted: i.nii.gz\nstatus 1: g.nii\ng.nii.gz\ni.nii.gz\n")
             << damage;
     }
 }
@@ -395,8 +393,7 @@ TEST(NiftiRuns, ReplaceNothingButTheOutputAndLeaveNothingHalfMade)
             "mkfifo pipe.img; cp i.nii p.hdr; ln i.nii same.img; for pair in 'i.nii i.nii' 'i.nii "
             "pipe.img' "
             "'i.nii same.img' 'i.nii no/o.img' 'pipe.img o.img' 'no.nii o.img' 'i.nii p.nii' "
-            "'--form=x "
-            "i.nii o.img'; "
+            "'--form=x i.nii o.img'; "
             "do nifti-to-raw $pair 2>&1 | head -n 1; done; rm pipe.img same.img p.hdr p.nii; ls "
             "-A"),
         "status 0: the output would replace i.nii\ncan't open pipe.img\n"

@@ -24,19 +24,12 @@ TEST(StudyCheck, StatesWhatARawStudyHolds)
               std::string::npos);
     EXPECT_TRUE(said.ends_with("superior to inferior: 1\nframe 1, bed 0: 0 to 17\n"));
     EXPECT_EQ(check("FLOATB", "b.img"),
-              "status 0: format: FLOATB\n"
-              "size: 3 x 2 x 3 pixels\n"
-              "pixel size: 2 x 2 x 4 mm\n"
-              "frames: 1 to 2\n"
-              "beds: 0 to 0\n"
+              "status 0: format: FLOATB\nsize: 3 x 2 x 3 pixels\npixel size: 2 x 2 x 4 mm\n"
+              "frames: 1 to 2\nbeds: 0 to 0\n"
               "stored as: unsigned 16-bit integers, big-endian, from byte 3 on\n"
-              "value of 32700: 65400\n"
-              "right on left: 1\n"
-              "anterior to posterior: 1\n"
-              "superior to inferior: 0\n"
-              "frame 1, bed 0: 60000 to 60000\n"
-              "frame 2, bed 0: 60000 to 60000\n"
-              "after the last volume: 4 bytes\n");
+              "value of 32700: 65400\nright on left: 1\nanterior to posterior: 1\n"
+              "superior to inferior: 0\nframe 1, bed 0: 60000 to 60000\n"
+              "frame 2, bed 0: 60000 to 60000\nafter the last volume: 4 bytes\n");
 }
 
 // What is said on standard error, the last line and the program's name left out, then the status and the
@@ -165,17 +158,12 @@ TEST(StudyCheck, SaysWhatAnEcatStudyLacks)
     // Of volumes that are whole the values are known: the pixels are 100 k + i - 700, i from 0 to 511, in
     // steps of a half, a quarter and an eighth, and 0 where the blocks end.
     test::write_file("e.v", test::small_ecat_study().bytes);
-    EXPECT_EQ(check("CTI6", "e.v"), "status 0: format: CTI6\n"
-                                    "size: 20 x 26 x 3 pixels\n"
-                                    "pixel size: 2 x 2 x 3.375 mm\n"
-                                    "frames: 1 to 2\n"
-                                    "beds: 0 to 1\n"
+    EXPECT_EQ(check("CTI6", "e.v"), "status 0: format: CTI6\nsize: 20 x 26 x 3 pixels\n"
+                                    "pixel size: 2 x 2 x 3.375 mm\nframes: 1 to 2\nbeds: 0 to 1\n"
                                     "gates: 1\n"
                                     "pixels at the end of each plane that are read as 0: 8\n"
-                                    "frame 1, bed 0: -350 to 1.375\n"
-                                    "frame 2, bed 0: -50 to 205.5\n"
-                                    "frame 1, bed 1: -200 to 55.5\n"
-                                    "frame 2, bed 1: 0 to 355.5\n");
+                                    "frame 1, bed 0: -350 to 1.375\nframe 2, bed 0: -50 to 205.5\n"
+                                    "frame 1, bed 1: -200 to 55.5\nframe 2, bed 1: 0 to 355.5\n");
     test::write_file("short.v", std::string(1000, '\0'));
     EXPECT_EQ(faults("CTI6", "short.v"), "the directory goes on in block 2, which is not in the "
                                          "file\nthe main header promises no planes\n1\n");

@@ -203,8 +203,7 @@ TEST(Wrapper, KeepsTheOlderPictureWhereThereIsNoRoom)
     // Files of at most 4 KiB, where the picture has 18 KB.
     EXPECT_EQ(
         test::installed("ulimit -f 8; exec tiffgen-run a.img o 0.0 -x100 -y20 -X3 -g0 >/dev/null"),
-        "tiffgen-run: a.img: o.tif could not be written: there is no directory\n"
-        "status 1: ");
+        "tiffgen-run: a.img: o.tif could not be written: there is no directory\nstatus 1: ");
     EXPECT_EQ(test::files_here(), before);
     EXPECT_EQ(test::installed("TMPDIR=/tmp; chmod 555 .; " + test::BoundByRights +
                               "tiffgen-run a.img o 0.0"),
