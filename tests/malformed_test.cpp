@@ -7,16 +7,14 @@ static void make_folder(const std::string &preference = "", const char *format =
 {
     test::write_file("rainbow.plt", std::string(768, 'p'));
     test::write_file("GLOBAL.prf", preference + "\nFile Format:= \"" + format + "\"\n");
-    test::write_file("tiffgen.prf", preference + "\n");
+    test::write_file("t.prf", preference + "\n");
 }
 
 // Runs the program on the working directory's a.img. Expected is "." for a picture, or the last line,
 // of status 0 unless it says another.
 static void expect_ending(const std::string &expected, const std::vector<std::string> &words)
 {
-    std::vector<std::string> all{"tiffgen"};
-    all.insert(all.end(), words.begin(), words.end());
-    const test::Outcome outcome = test::run_program(TIFFGEN, all);
+    const test::Outcome outcome = test::run_program(TIFFGEN, words);
     const std::size_t lines =
         outcome.out.ends_with('\n') ? outcome.out.size() - 1 : std::string::npos;
     const std::string out = outcome.out.substr(0, lines);
@@ -88,14 +86,14 @@ TEST(Malformed, RawStudiesPreferencesAndOptions)
         SCOPED_TRACE(row.header + row.preference);
         make_folder(row.preference);
         test::write_file("a.hdr", test::text_header(row.header + "\n"));
-        std::vector<std::string> words{"a.img", "o", "1", "-X3"};
+        std::vector<std::string> words{"t", "a.img", "o", "1", "-X3"};
         words.insert(words.end(), row.options.begin(), row.options.end());
         expect_ending(row.ending, words);
     }
     test::write_file("a.hdr", test::text_header());
-    expect_ending("can't open b.img", {"b.img", "o", "1", "-ha.img", "-X0", "-x40000"});
-    expect_ending("can't read .", {".", "o", "1", "-ha.img"});
-    expect_ending("Can't write tiff file", {"a.img", "none/o", "1"});
+    expect_ending("can't open b.img", {"t", "b.img", "o", "1", "-ha.img", "-X0", "-x40000"});
+    expect_ending("can't read .", {"t", ".", "o", "1", "-ha.img"});
+    expect_ending("Can't write tiff file", {"t", "a.img", "none/o", "1"});
 }
 
 // All planes and gates that numbers can name are there, and more are promised: each is found.
@@ -152,8 +150,8 @@ TEST(Malformed, EcatFiles)
         file.put16(row.block, row.byte, row.words);
         test::write_file("a.img", file.bytes);
         make_folder("", "CTI6");
-        expect_ending(row.ending, {"a.img", "o", "1", "-X3"});
+        expect_ending(row.ending, {"t", "a.img", "o", "1", "-X3"});
     }
     test::write_file("a.img", endless_study().bytes);
-    expect_ending(gated, {"a.img", "o", "1", "-X3"});
+    expect_ending(gated, {"t", "a.img", "o", "1", "-X3"});
 }

@@ -49,13 +49,10 @@ TEST(PreferenceLine, KeyMatchesAnywhereInAnyCase)
 
 TEST(PreferenceLine, NumbersAreReadAsAtoiAndAtofReadThem)
 {
-    for (const auto &[line, number] : {std::pair{"a:= 12 columns b:= 2", 12},
-                                       {"key:=-3.75", -3},
-                                       {"key:= abc", 0},
-                                       {"key:= 010", 10},
-                                       {"key:= 4294967297", 1}}) {
-        EXPECT_EQ(get_int_strings(line), number);
-    }
+    EXPECT_EQ(get_int_strings("a:= 012 columns b:= 2"), 12);
+    EXPECT_EQ(get_int_strings("key:=-3.75"), -3);
+    EXPECT_EQ(get_int_strings("key:= abc"), 0);
+    EXPECT_EQ(get_int_strings("key:= 4294967297"), 1);
     EXPECT_EQ(get_short_int_strings("key:= 40000"), -25536);
     EXPECT_EQ(get_float_strings("key:=-3.75 mm"), -3.75F);
     EXPECT_EQ(get_float_strings("key:= 1e99"), INFINITY);
@@ -96,12 +93,10 @@ TEST(PreferenceFile, FirstLineWinsAndMissingKeysAreAppended)
                   std::puts(text.data());
               }),
               "status 77: 'Text key' created in p...\na b\n");
-    EXPECT_TRUE(
-        test::read_file("p").ends_with(" cut key:= 9\ncut key:= -5\nReal key:= 0.100000\nShort "
-                                       "key:= -25536\nText key:= \"a b\"\n"));
+    const std::string p = test::read_file("p");
+    EXPECT_EQ(p.substr(p.find("cut key:= 9")), "cut key:= 9\ncut key:= -5\nReal key:= 0.100000\n"
+                                               "Short key:= -25536\nText key:= \"a b\"\n");
     EXPECT_EQ(preference_float_strings("p", "real KEY", 7.0F), 0.1F);
-    EXPECT_EQ(preference_short_int_strings("p", "short key", 1), -25536);
-
     // A key appended to a line without an end shares that line and is read from its front.
     test::write_file("q", "File Format:= \"CTI6\"");
     EXPECT_EQ(preference_int_strings("q", "Columns", 10), 10);
@@ -111,8 +106,7 @@ TEST(PreferenceFile, FirstLineWinsAndMissingKeysAreAppended)
 
 TEST(PreferenceFile, UnusableFilesEndTheRun)
 {
-    std::filesystem::create_directory("d");
-    EXPECT_EQ(ending([] { preference_int_strings("d", "K", 1); }), "status 0: can't read d\n");
+    EXPECT_EQ(ending([] { preference_int_strings(".", "K", 1); }), "status 0: can't read .\n");
     EXPECT_EQ(ending([] { preference_int_strings("/dev/zero", "K", 1); }),
               "status 0: too many lines in /dev/zero\n");
 }
