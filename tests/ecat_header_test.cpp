@@ -115,22 +115,19 @@ static bool fill_in_order(const std::tuple<HeaderField<Types, Record>...> &table
     Record record{};
     const char *end = reinterpret_cast<const char *>(&record);
     const auto follows = [&end](const auto &member) {
-        const std::ptrdiff_t gap = reinterpret_cast<const char *>(&member) - end;
-        end += gap + static_cast<std::ptrdiff_t>(sizeof(member));
+        const char *begin = reinterpret_cast<const char *>(&member);
+        const std::ptrdiff_t gap = begin - std::exchange(end, begin + sizeof(member));
         return gap >= 0 && gap < 4;
     };
-    const auto all_follow = [&](const HeaderField<Types, Record> &...fields) {
-        return (follows(record.*fields.member) && ...);
-    };
-    return std::apply(all_follow, table) && reinterpret_cast<const char *>(&record + 1) - end < 4;
+    return std::apply([&](auto &...fields) { return (follows(record.*fields.member) && ...); },
+                      table) &&
+           reinterpret_cast<const char *>(&record + 1) - end < 4;
 }
 
 TEST(EcatHeaders, RecordsAreFilledMemberByMember)
 {
-    EXPECT_TRUE(fill_in_order(MainHeaderFields));
-    EXPECT_TRUE(fill_in_order(ImageSubheaderFields));
-    EXPECT_TRUE(fill_in_order(ScanSubheaderFields));
-    EXPECT_TRUE(fill_in_order(AttnSubheaderFields));
+    EXPECT_TRUE(fill_in_order(MainHeaderFields) && fill_in_order(ImageSubheaderFields));
+    EXPECT_TRUE(fill_in_order(ScanSubheaderFields) && fill_in_order(AttnSubheaderFields));
     EXPECT_TRUE(fill_in_order(NormSubheaderFields));
 }
 

@@ -10,7 +10,6 @@ struct Picture {
     int width;
     int height;
     std::vector<int> bytes; // samples of all pixels, row by row
-    std::string tags;       // "NAME=VALUE" each, for what else says how the picture is to be read
 };
 
 // Reads a picture back; fails the test where it is not whole.
