@@ -21,18 +21,9 @@ static FileHandle open_file(const test::EcatFile &file)
     return FileHandle(mat_open("f.v", "rb"));
 }
 
-// How the process ends where a block can't be sought, or read as a whole.
-static std::string not_sought(int block)
-{
-    return "status 255: fseek error in mat_rblk (blkno " + std::to_string(block) +
-           ", nblks 1)...\n";
-}
-
-static std::string cut_short(int expected, int read)
-{
-    return "status 255: fread error in mat_rblk (" + std::to_string(expected) + " expected, " +
-           std::to_string(read) + " read)...\n";
-}
+// How the process ends where blocks can't be sought, or read as a whole.
+static const std::string NotSought = "status 255: fseek error in mat_rblk (blkno ";
+static const std::string CutShort = "status 255: fread error in mat_rblk (";
 
 TEST(VaxNumbers, HaveTheirWords)
 {
@@ -115,8 +106,11 @@ TEST(Blocks, AreReadOrEndTheProcess)
         int count;
         std::string expected;
     } cases[] = {
-        {2, 2, cut_short(1024, 512)},      {1, -1, cut_short(-512, 0)}, {0, 1, not_sought(0)},
-        {INT_MAX, 1, not_sought(INT_MAX)}, {8388609, 2, "status 77: "}, // the same bytes as block 1
+        {2, 2, CutShort + "1024 expected, 512 read)...\n"},
+        {1, -1, CutShort + "-512 expected, 0 read)...\n"},
+        {0, 1, NotSought + "0, nblks 1)...\n"},
+        {INT_MAX, 1, NotSought + "2147483647, nblks 1)...\n"},
+        {8388609, 2, "status 77: "}, // the same bytes as block 1
     };
     for (const auto &row : cases) {
         EXPECT_EQ(ending([&] { mat_rblk(stream.get(), row.block, buffer.data(), row.count); }),
@@ -189,11 +183,12 @@ TEST(Directory, IsWalkedAlongItsLinks)
 TEST(Directory, EndsWhereItsLinksGoAstray)
 {
     // What a link of block 39 leads to, for whoever looks beyond. The first three close a circle.
-    const std::pair<std::int32_t, std::string> cases[] = {{39, "status 77: "},
-                                                          {40, "status 77: "},
-                                                          {2, "status 77: "},
-                                                          {41, cut_short(512, 0)},
-                                                          {-1, not_sought(-1)}};
+    const std::pair<std::int32_t, std::string> cases[] = {
+        {39, "status 77: "},
+        {40, "status 77: "},
+        {2, "status 77: "},
+        {41, CutShort + "512 expected, 0 read)...\n"},
+        {-1, NotSought + "-1, nblks 1)...\n"}};
     for (const auto &[link, expected] : cases) {
         test::EcatFile file = chained_directory();
         file.put32(39, 4, {link});

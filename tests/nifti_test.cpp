@@ -12,6 +12,7 @@ using test::NiftiFile;
 using Matrix = std::array<std::array<double, 3>, 3>;
 
 static constexpr Matrix Upright{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
+static constexpr Matrix Stored{{{-1, 0, 0}, {0, -1, 0}, {0, 0, -1}}};
 
 // The 48 ways in which axes can be ordered and run. Columns: where a step along each stored axis leads.
 static std::vector<Matrix> all_orientations()
@@ -89,24 +90,17 @@ static std::vector<float> read_volume(std::int32_t frame = 1)
     return pixels;
 }
 
-// What is said of an i.nii that is not converted.
-static std::string refused(const std::string &reason)
-{
-    return reason + "\nnifti-to-raw: not converted: i.nii\nstatus 1: ";
-}
-
+// What is said of an i.nii that is not converted, behind the reason, and of one that is.
+static const std::string Refused = "\nnifti-to-raw: not converted: i.nii\nstatus 1: ";
 static const std::string Converted = "40 x 3 x 2 pixels, 1 frame, signed 16-bit integers\n";
 
 // Right is on the left, anterior at the top, superior first.
 static std::vector<float> standard_head(const Place &extent = Extent)
 {
     std::vector<float> pixels;
-    for (std::int64_t z = extent[2] - 1; z >= 0; --z) {
-        for (std::int64_t y = extent[1] - 1; y >= 0; --y) {
-            for (std::int64_t x = extent[0] - 1; x >= 0; --x) {
-                pixels.push_back(static_cast<float>(value_at({x, y, z})));
-            }
-        }
+    for (std::int64_t i = extent[0] * extent[1] * extent[2] - 1; i >= 0; --i) {
+        const Place place{i % extent[0], i / extent[0] % extent[1], i / extent[0] / extent[1]};
+        pixels.push_back(static_cast<float>(value_at(place)));
     }
     return pixels;
 }
@@ -119,11 +113,8 @@ static std::string convert(const NiftiFile &file, const std::string &options = "
 
 TEST(NiftiOrientation, RightStaysRightInEveryOrderAndDirectionOfTheAxes)
 {
-    const std::vector<Matrix> orientations = all_orientations();
-    ASSERT_EQ(orientations.size(), 48);
-    for (const Matrix &matrix : orientations) {
+    for (const Matrix &matrix : all_orientations()) {
         const std::string said = convert(store_head(matrix));
-        ASSERT_TRUE(said.starts_with("status 0: ")) << said;
         const bool in_order = matrix[0][0] != 0 && matrix[1][1] != 0;
         EXPECT_EQ(said.find("axes reordered") == std::string::npos, in_order) << said;
         EXPECT_EQ(read_volume(), standard_head()) << said;
@@ -153,8 +144,7 @@ TEST(NiftiOrientation, LargeImagesComeTogetherFromTheirSlabs)
 {
     const Place extent{130, 100, 90};
     for (const std::size_t axes : {16U, 24U, 40U}) { // the last stored axis becomes y, and x
-        EXPECT_TRUE(
-            convert(store_head(all_orientations()[axes], extent)).starts_with("status 0: "));
+        convert(store_head(all_orientations()[axes], extent));
         EXPECT_TRUE(read_volume() == standard_head(extent)) << axes;
     }
 #ifndef SANITIZED
@@ -183,7 +173,7 @@ TEST(NiftiOrientation, ObliqueAxesGoToTheNearestAndPixelSizesWithTheirAxes)
     EXPECT_FLOAT_EQ(output_header().pixel_size_y, 2.0F);
     EXPECT_FLOAT_EQ(output_header().slice_thickness, 3.0F);
     // Sheared, each axis still nearest to its own line.
-    NiftiFile sheared = store_head({{{-1, 0, 0}, {0, -1, 0}, {0, 0, -1}}});
+    NiftiFile sheared = store_head(Stored);
     sheared.sform = {{{-.822, .42, -.077}, {.549, -.824, .213}, {.154, .381, -.974}}};
     convert(sheared);
     EXPECT_EQ(read_volume(), standard_head());
@@ -196,10 +186,10 @@ TEST(NiftiOrientation, ObliqueAxesGoToTheNearestAndPixelSizesWithTheirAxes)
 TEST(NiftiOrientation, IsAskedForWhereTheFileDoesNotSayIt)
 {
     NiftiFile file = store_head({{{-1, 0, 0}, {0, 1, 0}, {0, 0, 1}}});
-    EXPECT_EQ(convert(file, "--orientation=LAS"), refused("an orientation of its own in i.nii"));
+    EXPECT_EQ(convert(file, "--orientation=LAS"), "an orientation of its own in i.nii" + Refused);
     file.qform_code = 1; // which says "RAS"
     EXPECT_EQ(convert(file),
-              refused("two orientations in i.nii: say with --form which one counts"));
+              "two orientations in i.nii: say with --form which one counts" + Refused);
     EXPECT_FALSE(std::filesystem::exists("o.img"));
     convert(file, "--form sform");
     EXPECT_EQ(read_volume(), standard_head());
@@ -207,7 +197,7 @@ TEST(NiftiOrientation, IsAskedForWhereTheFileDoesNotSayIt)
     EXPECT_NE(read_volume(), standard_head());
     file.qform_code = file.sform_code = 0;
     EXPECT_EQ(convert(file),
-              refused("no orientation in i.nii: say with --orientation where its axes lead"));
+              "no orientation in i.nii: say with --orientation where its axes lead" + Refused);
     file.spacing = {1, 2, 3, 4};
     convert(file, "--orientation=LAS");
     EXPECT_EQ(read_volume(), standard_head());
@@ -217,7 +207,7 @@ TEST(NiftiOrientation, IsAskedForWhereTheFileDoesNotSayIt)
     for (const Matrix &matrix : {Matrix{{{1, 1, 0}, {0, 0, 0}, {0, 0, 1}}},
                                  Matrix{{{.5, .3, -.1}, {.7, .3, .6}, {-.3, .1, -.6}}}}) {
         file.sform = matrix;
-        EXPECT_EQ(convert(file), refused("no usable orientation in i.nii"));
+        EXPECT_EQ(convert(file), "no usable orientation in i.nii" + Refused);
     }
 }
 
@@ -289,7 +279,7 @@ TEST(NiftiValues, StayShortWhereThatIsExactAndBecomeFloatsElsewhere)
     };
     // clang-format on
     for (const auto &row : rows) {
-        NiftiFile file = store_head({{{-1, 0, 0}, {0, -1, 0}, {0, 0, -1}}});
+        NiftiFile file = store_head(Stored);
         file.version = 2;
         file.size = {4};
         file.datatype = row.datatype;
@@ -364,7 +354,7 @@ TEST(NiftiFiles, ThatAreDamagedAreRefusedAndLeaveNothing)
     for (const auto &[bytes, reason] : cases) {
         test::write_file("i.nii", bytes);
         EXPECT_EQ(test::installed("nifti-to-raw i.nii o.img; s=$?; rm i.nii; ls -A; exit $s"),
-                  refused(reason));
+                  reason + Refused);
     }
     // A gzipped file that was cut short, or whose sum is another.
     NiftiFile large = store_head(Upright);
