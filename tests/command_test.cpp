@@ -119,12 +119,12 @@ TEST(Endings, FileNamesThatDoNotFitAbort)
     const std::string longest(254, 'n');
     EXPECT_TRUE(
         tiffgen({longest, "out", "1", "-ha"}).out.ends_with("can't open " + longest + "\n"));
-    const std::vector<std::string> cases[] = {{longest + "n", "out", "1"},
-                                              {"a.img", longest.substr(3), "1"},
-                                              {"a.img", "out", "1", "-c" + longest + "n"},
-                                              {"a.img", "out", "1", "-h" + longest + "n"},
-                                              {"-p" + longest + "n"}};
-    for (const auto &arguments : cases) {
+    for (const std::vector<std::string> &arguments :
+         {std::vector<std::string>{longest + "n", "out", "1"},
+          {"a.img", longest.substr(3), "1"},
+          {"a.img", "out", "1", "-c" + longest + "n"},
+          {"a.img", "out", "1", "-h" + longest + "n"},
+          {"-p" + longest + "n"}}) {
         EXPECT_TRUE(test::summary(tiffgen(arguments)).starts_with("status 134: "));
     }
 }

@@ -123,11 +123,9 @@ TEST(Conversion, FailuresHaveOrdinaryStatuses)
               "Usage: convert_image FROM-KEYWORD IMAGE TO-KEYWORD OUTPUT\nstatus 2: ");
     EXPECT_EQ(run(MAKE_PHANTOM, {"FLOATB", "none/p.img", "8", "8", "8"}),
               "can't open none/p.hdr\nmake_phantom: not made: none/p.img\nstatus 1: ");
-    for (const auto &[width, beds] : {std::pair{"8", "17"}, {"32768", "1"}}) {
-        EXPECT_EQ(run(MAKE_PHANTOM, {"CTI6", "p.v", width, "8", "8", "1", beds}),
-                  std::string("an ECAT 6 file can't hold 1 frames at ") + beds + " beds of " +
-                      width + " x 8 x 8 pixels\nmake_phantom: not made: p.v\nstatus 1: ");
-    }
+    EXPECT_EQ(run(MAKE_PHANTOM, {"CTI6", "p.v", "32768", "8", "8", "1", "1"}),
+              "an ECAT 6 file can't hold 1 frames at 1 beds of 32768 x 8 x 8 pixels\n"
+              "make_phantom: not made: p.v\nstatus 1: ");
     EXPECT_EQ(run(MAKE_PHANTOM, {"FLOATB", "p.img", "8", "x", "8"}),
               "make_phantom: not a size: x\nstatus 2: ");
 }

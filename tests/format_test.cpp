@@ -67,20 +67,21 @@ TEST(Formats, RawOnesAreWrittenByTheirKeywords)
         std::int32_t byte_order, data_format;
         float step;
     } cases[] = {{"SHORTINT2B", 1, 1, 500.0F / 32700.0F},
-                 {"SHORTINT2L", 0, 1, 500.0F / 32700.0F},
+                 {"SHORTINT2L", 0, 1, 500.0F / 32700.0F}, //
                  {"FLOATB", 1, 3, 1.0F},
                  {"FLOATL", 0, 3, 1.0F}};
     for (const auto &row : cases) {
         const FormatSetting settings = create_format_setting(row.keyword);
         const bool big = row.byte_order == 1;
+        ImageHeader header{};
+        std::vector<float> pixels = Study;
         for (std::size_t i = 0; i < Writers.size(); ++i) {
             SCOPED_TRACE(row.keyword + std::to_string(i));
             std::filesystem::remove("s.hdr");
             std::filesystem::remove("s.img");
             ImageHeader expected = turned_header(row.byte_order, row.data_format);
             expected.data_offset = i == HeaderOnly || i == Bare ? Offset : 0;
-            ImageHeader header = turned_header(2, 2);
-            std::vector<float> pixels = Study;
+            header = turned_header(2, 2);
             Writers[i]("s.img", pixels.data(), header, settings, -1, 9);
             EXPECT_EQ(test::fields(header), test::fields(expected));
             EXPECT_EQ(pixels, Study);
@@ -101,8 +102,6 @@ TEST(Formats, RawOnesAreWrittenByTheirKeywords)
                                 data);
             }
         }
-        ImageHeader header = turned_header(2, 2);
-        std::vector<float> pixels = Study;
         EXPECT_EQ(write_image_matrix_wo_header("s.img", pixels.data(), header, settings, -1, 9),
                   row.step);
     }

@@ -15,9 +15,7 @@ static void make_folder(const std::string &preference = "", const char *format =
 static void expect_ending(const std::string &expected, const std::vector<std::string> &words)
 {
     const test::Outcome outcome = test::run_program(TIFFGEN, words);
-    const std::size_t lines =
-        outcome.out.ends_with('\n') ? outcome.out.size() - 1 : std::string::npos;
-    const std::string out = outcome.out.substr(0, lines);
+    const std::string out = outcome.out.substr(0, outcome.out.find_last_not_of('\n') + 1);
     const std::string found =
         "status " + std::to_string(outcome.status) + ": " + out.substr(out.rfind('\n') + 1);
     EXPECT_EQ(outcome.err, "");
@@ -33,8 +31,6 @@ static void expect_ending(const std::string &expected, const std::vector<std::st
 TEST(Malformed, RawStudiesPreferencesAndOptions)
 {
     const std::string size = " (1 to 32767 pixels each way)";
-    const std::string unscaled = "'pixel scaling value' not defined in a.hdr";
-    const std::string unsupported = "unspecified or unsupported file format";
     // clang-format off
     const struct {
         std::string header; // one more line
@@ -51,29 +47,22 @@ TEST(Malformed, RawStudiesPreferencesAndOptions)
         {"matrix size [1] :=1\nmatrix size [2] :=1\nnumber of slices :=1", "", {"-X1"}, "."},
         {"number of slices :=0", "", {}, "Illegal picture size 9 x 0" + size},
         {"!data offset in bytes :=-1", "", {}, "illegal volume (frame 1, bed 0) in a.img"},
-        {"!data format :=0", "", {}, unsupported},
-        {"!data format :=4", "", {}, unsupported},
+        {"!data format :=4", "", {}, "unspecified or unsupported file format"},
         {"!data format 3", "", {}, "can't find a preference value"},
         {"!the right brain on the left :=0", "", {}, "."},
         {"!the right brain on the left :=2\n!the anterior to the posterior :=2\n"
          "!the superior to the inferior :=2", "", {}, "internal flag error"},
-        {"!pixel scaling value :=0", "", {}, unscaled},
-        {"!pixel scaling value :=1e-30", "", {}, unscaled},
+        {"!pixel scaling value :=0", "", {}, "'pixel scaling value' not defined in a.hdr"},
         {"!imagedata byte order :=native", "", {}, "unspecified byte order in the header"},
         {"number of frames :=2147483647", "", {"-b2147483647"}, "illegal volume (frame 1, bed 2147483647) in a.img"},
         {"number of frames :=2147483647\nnumber of beds :=2147483647", "", {}, "."},
         {"", "Number of Bins for Normalization:=0", {}, "illegal number of bins for normalization: 0"},
-        {"", "Width of the Scale (pixel):=32767", {"-s1"}, "Illegal picture size 32776 x 2" + size},
         {"", "Width of the Scale (pixel):=2147483647", {"-s1"}, "Illegal picture size 2147483656 x 2" + size},
         {"", "", {"-f0"}, "illegal volume (frame 0, bed 0) in a.img"},
-        {"", "", {"-f-2147483648"}, "illegal volume (frame -2147483648, bed 0) in a.img"},
         {"", "", {"-b-1"}, "illegal volume (frame 1, bed -1) in a.img"},
-        {"", "", {"-x0"}, "Illegal slice_width: 0"},
         {"", "", {"-y-1"}, "Illegal slice_height: -1"},
         {"", "", {"-X0"}, "Illegal NumColumn: 0"},
-        {"", "", {"-X1", "-y65537"}, "Illegal picture size 3 x 196611" + size},
         {"", "", {"-X2147483647", "-x2147483647"}, "Illegal picture size 4611686014132420609 x 2" + size},
-        {"", "", {"-s-1"}, "Illegal FlagScaleBar"},
         {"", "", {"-s2", "-cnone"}, "Illegal FlagScaleBar"},
         {"", "", {"-g1", "-cnone", "-hnone.img"}, "Can't open color palette"},
         {"", "", {"-hnone.img"}, "can't open none.hdr"},

@@ -56,8 +56,7 @@ TEST(PictureCheck, RefusesWhatIsLeftOfFailedWrites)
     const test::Files before = test::files_here();
     const std::string &whole = before.at("o.tif");
     int damaged = 0;
-    for (const std::string fault : {"write error", "write short", "write interrupted", "seek error",
-                                    "close error", "allocate error"}) {
+    for (const std::string &fault : test::Faults) {
         test::run_with_faults(fault, TIFFGEN, words, before,
                               [&](const test::Outcome &outcome, bool) {
                                   const std::string picture = test::read_file("o.tif");
