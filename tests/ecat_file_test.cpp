@@ -60,10 +60,10 @@ TEST(VaxNumbers, PairsAreSwapped)
     swabt(bytes.data(), bytes.data(), 3);
     EXPECT_EQ(bytes, (std::array<std::uint8_t, 6>{2, 1, 4, 3, 5, 6}));
     swabt(bytes.data(), bytes.data(), INT_MIN);
-    const std::array<std::uint16_t, 4> source{1, 2, 3, 4};
-    std::array<std::uint16_t, 4> words{};
+    const std::array<std::uint16_t, 6> source{1, 2, 3, 4, 5, 6};
+    std::array<std::uint16_t, 6> words{};
     swaw(source.data(), words.data(), 4);
-    EXPECT_EQ(words, (std::array<std::uint16_t, 4>{2, 1, 4, 3}));
+    EXPECT_EQ(words, (std::array<std::uint16_t, 6>{2, 1, 4, 3, 0, 0}));
 }
 
 TEST(MatrixNumber, PacksCoordinatesThatWrapAround)

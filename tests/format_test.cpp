@@ -185,33 +185,29 @@ TEST(Formats, OverflowsAreZeroAndListedUnlessTheDataAreBare)
     ImageHeader header{};
     convert_header_old_to_new({1, 1, 1, 0, 0, 4, 1}, {2.0F, 4.0F}, header);
     std::vector<float> pixels{1000.0F, 500.0F, -0.25F, 32701.0F};
-    FormatSetting settings = create_format_setting("SHORTINT2B");
+    const auto write = [&](std::size_t writer, float quantisation) {
+        const FormatSetting settings = create_format_setting("SHORTINT2B", quantisation);
+        return ending([&] { Writers[writer]("s.img", pixels.data(), header, settings, -1, 0); });
+    };
+    const auto states_scaling = [](const std::string &value) {
+        return test::read_file("s.hdr").find("scaling value :=" + value) != std::string::npos;
+    };
     const std::string overflow = "*** overflow pixel values (Signed Short Integers) set to 0 ***\n";
-    const struct {
-        float quantisation;
-        bool bare;
-        std::string said;
-        std::vector<std::int64_t> stored;
-        std::string scaling;
-    } cases[] = {{1,
-                  false,
-                  "sval 32701.000000; fval 32700.000000; quant 32701.000000\n" + overflow,
-                  {1000, 500, 0, 0},
-                  "32700"},
-                 {1, true, overflow, {1000, 500, 0, 0}, ""},
-                 // -0.5 is rounded away from zero, and of 65402 the low 16 bits are left.
-                 {2, false, "", {2000, 1000, -1, -134}, "16350"}};
-    for (const auto &row : cases) {
-        settings.quantisation = row.quantisation;
-        const Writer &write = Writers[row.bare ? Bare : 1];
-        EXPECT_EQ(ending([&] { write("s.img", pixels.data(), header, settings, -1, 0); }),
-                  "status 77: " + row.said);
-        EXPECT_EQ(test::read_file("s.img"), test::stored_integers(row.stored, 2, true))
-            << row.quantisation;
-        EXPECT_TRUE(row.bare ||
-                    test::read_file("s.hdr").find("!pixel scaling value :=" + row.scaling +
-                                                  ".000000\n") != std::string::npos);
-    }
+    const std::string stored = test::stored_integers({1000, 500, 0, 0}, 2, true);
+    EXPECT_EQ(write(1, 1.0F),
+              "status 77: sval 32701.000000; fval 32700.000000; quant 32701.000000\n" + overflow);
+    EXPECT_EQ(test::read_file("s.img"), stored);
+    EXPECT_TRUE(states_scaling("32700.0"));
+    EXPECT_EQ(write(Bare, 1.0F), "status 77: " + overflow);
+    EXPECT_EQ(test::read_file("s.img"), stored);
+    // -0.5 is rounded away from zero, and of 65402 the low 16 bits are left.
+    EXPECT_EQ(write(1, 2.0F), "status 77: ");
+    EXPECT_EQ(test::read_file("s.img"), test::stored_integers({2000, 1000, -1, -134}, 2, true));
+    EXPECT_TRUE(states_scaling("16350.0"));
+    // An extreme below 0 counts, down to the least value that is kept.
+    pixels = {0.125F, -0.5F, -2.0F, 0.0F};
+    write(HeaderOnly, 0.0F);
+    EXPECT_TRUE(states_scaling("0.50"));
 }
 
 TEST(RawHeader, NameEndsWhereTheLastDotStands)
