@@ -58,6 +58,7 @@ TEST(Malformed, RawStudiesPreferencesAndOptions)
         {"number of frames :=2147483647\nnumber of beds :=2147483647", "", {}, "."},
         {"", "Number of Bins for Normalization:=0", {}, "illegal number of bins for normalization: 0"},
         {"", "Width of the Scale (pixel):=2147483647", {"-s1"}, "Illegal picture size 2147483656 x 2" + size},
+        {"number of beds :=1", "", {"-f7", "-b1"}, "."},
         {"", "", {"-f0"}, "illegal volume (frame 0, bed 0) in a.img"},
         {"", "", {"-b-1"}, "illegal volume (frame 1, bed -1) in a.img"},
         {"", "", {"-y-1"}, "Illegal slice_height: -1"},
