@@ -58,11 +58,8 @@ TEST(EcatImage, PlanesOfOneFrameAndBedAreRead)
     test::write_file("s.v", file.bytes);
     const std::vector<float> swapped =
         read_with(read_image_planes_cti6_swap_byte_order, {2, 3, 1, 0, 0}, 520);
-    EXPECT_EQ(swapped[0], 4660.0F);
-    EXPECT_EQ(swapped[1], -2.0F);
-    EXPECT_EQ(swapped[511], static_cast<float>(0x6302)); // 611 with its bytes swapped
-    EXPECT_EQ(swapped[512], 0.0F);
-    EXPECT_EQ(swapped[519], 0.0F);
+    EXPECT_EQ((std::array{swapped[0], swapped[1], swapped[511], swapped[512], swapped[519]}),
+              (std::array{4660.0F, -2.0F, static_cast<float>(0x6302), 0.0F, 0.0F})); // 0x6302: 611
 }
 
 TEST(EcatImage, ManyVolumesAreReadBedByBedWithinAFrame)

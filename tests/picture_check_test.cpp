@@ -2,7 +2,6 @@
 
 #include "companions/picture_check.h"
 #include "companions/tiff_file.h"
-#include "tests/support/faults.h"
 #include "tests/support/installed.h"
 #include "tests/support/test.h"
 
@@ -44,27 +43,6 @@ TEST(PictureCheck, RefusesEveryOtherLengthAndEveryOtherByteThatIsNoPixel)
                 << options << ", byte " << place;
         }
     }
-}
-
-// A picture of which a write has failed is whole only where the program wrote it all after all.
-TEST(PictureCheck, RefusesWhatIsLeftOfFailedWrites)
-{
-    test::make_study();
-    const std::vector<std::string> words{"tiffgen", "a.img", "o", "0.0", "-X1", "-x30", "-y22"};
-    test::write_file("rainbow.plt", std::string(768, 'p'));
-    test::run_program(TIFFGEN, words);
-    const test::Files before = test::files_here();
-    const std::string &whole = before.at("o.tif");
-    int damaged = 0;
-    for (const std::string &fault : test::Faults) {
-        test::run_with_faults(fault, TIFFGEN, words, before,
-                              [&](const test::Outcome &outcome, bool) {
-                                  const std::string picture = test::read_file("o.tif");
-                                  EXPECT_EQ(is_whole(picture), picture == whole);
-                                  damaged += picture != whole && outcome.status == 1 ? 1 : 0;
-                              });
-    }
-    EXPECT_GE(damaged, 4) << "of the runs that ended with status 1";
 }
 
 TEST(PictureCheck, SaysWhatIsWrong)

@@ -210,7 +210,8 @@ TEST(Wrapper, LeavesAWholePictureOrTheOlderOne)
     test::Files before = clean;
     before["o.tif"] = "an older picture";
     int failed = 0;
-    for (const std::string fault : {"open error", "read error", "write error", "write short"}) {
+    for (const std::string fault :
+         {"open error", "read error", "write error", "write short", "seek error"}) {
         failed += test::run_with_faults(
             fault, INSTALLED "/bin/tiffgen-run", words, before,
             [&](const test::Outcome &outcome, bool) {
