@@ -90,9 +90,9 @@ TEST(EcatImage, PlanesThatCanNotBeReadEndTheRun)
         {{1, 1, 1, 0, 1}, "fread error in mat_rblk (1024 expected, 512 read)...\n"},
         {{2, 1, 1, 0, 0}, "fseek error in mat_rblk (blkno 2147483647, nblks 1)...\n"},
     };
-    for (const auto &[selector, line] : cases) {
-        EXPECT_EQ(ending([&] { read_image_planes_cti6("s.v", pixels.data(), header, selector); }),
-                  "status 255: " + line);
+    for (const auto &row : cases) {
+        EXPECT_EQ(ending([&] { read_image_planes_cti6("s.v", pixels.data(), header, row.first); }),
+                  "status 255: " + row.second);
     }
     EXPECT_EQ(ending([&] { read_image_matrix_cti6("s.v", pixels.data(), header, cases[0].first); }),
               "status 255: " + cases[0].second + "\n");
