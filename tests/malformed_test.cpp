@@ -3,7 +3,7 @@
 #include "tests/support/test.h"
 
 // A palette, and preferences with one more line in front.
-static void make_folder(const std::string &preference = "", const char *format = "FLOATB")
+static void write_preferences(const std::string &preference = "", const char *format = "FLOATB")
 {
     test::write_file("rainbow.plt", std::string(768, 'p'));
     test::write_file("GLOBAL.prf", preference + "\nFile Format:= \"" + format + "\"\n");
@@ -74,7 +74,7 @@ TEST(Malformed, RawStudiesPreferencesAndOptions)
         test::stored_floats({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18}, true));
     for (const auto &row : cases) {
         SCOPED_TRACE(row.header + row.preference);
-        make_folder(row.preference);
+        write_preferences(row.preference);
         test::write_file("a.hdr", test::text_header(row.header + "\n"));
         std::vector<std::string> words{"t", "a.img", "o", "1", "-X3"};
         words.insert(words.end(), row.options.begin(), row.options.end());
@@ -139,7 +139,7 @@ TEST(Malformed, EcatFiles)
         test::EcatFile file = test::small_ecat_study();
         file.put16(row.block, row.byte, row.words);
         test::write_file("a.img", file.bytes);
-        make_folder("", "CTI6");
+        write_preferences("", "CTI6");
         expect_ending(row.ending, {"t", "a.img", "o", "1", "-X3"});
     }
     test::write_file("a.img", endless_study().bytes);

@@ -35,7 +35,7 @@ using Place = std::array<std::int64_t, 3>;
 
 // A head of 40 x 3 x 2 mm, no two of whose cubic millimetres are alike: 100 towards right, 10 towards
 // anterior, 1 towards superior.
-static constexpr Place Extent{40, 3, 2};
+static constexpr Place HeadExtent{40, 3, 2};
 
 static std::int64_t value_at(const Place &place)
 {
@@ -43,7 +43,8 @@ static std::int64_t value_at(const Place &place)
 }
 
 // The head as somebody stores it.
-static NiftiFile store_head(const Matrix &matrix, const Place &extent = Extent, bool big = false)
+static NiftiFile store_head(const Matrix &matrix, const Place &extent = HeadExtent,
+                            bool big = false)
 {
     const auto way = [&](std::size_t line, std::size_t axis) {
         return static_cast<std::int64_t>(matrix.at(line).at(axis));
@@ -95,7 +96,7 @@ static const std::string Refused = "\nnifti-to-raw: not converted: i.nii\nstatus
 static const std::string Converted = "40 x 3 x 2 pixels, 1 frame, signed 16-bit integers\n";
 
 // Right is on the left, anterior at the top, superior first.
-static std::vector<float> standard_head(const Place &extent = Extent)
+static std::vector<float> standard_head(const Place &extent = HeadExtent)
 {
     std::vector<float> pixels;
     for (std::int64_t i = extent[0] * extent[1] * extent[2] - 1; i >= 0; --i) {
@@ -215,7 +216,7 @@ TEST(NiftiFiles, AreReadInEveryVersionByteOrderAndWrapping)
 {
     for (const int version : {1, 2}) {
         for (const bool big : {false, true}) {
-            NiftiFile file = store_head(Upright, Extent, big);
+            NiftiFile file = store_head(Upright, HeadExtent, big);
             file.version = version;
             convert(file);
             EXPECT_EQ(read_volume(), standard_head());
