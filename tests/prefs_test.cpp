@@ -135,25 +135,19 @@ TEST(PreferenceSets, EveryKeyReachesItsSetting)
 
 TEST(PreferenceSets, WorkingDirectoryMustLeaveRoomForThePaletteName)
 {
-    const std::filesystem::path folder = std::filesystem::current_path();
-    const auto deepen_to = [](std::size_t length) {
-        const std::size_t now = std::filesystem::current_path().string().size();
-        const std::string name(length - now - 1, 'd');
-        std::filesystem::create_directory(name);
-        std::filesystem::current_path(name);
-    };
-    deepen_to(242);
-    EXPECT_TRUE(ending([] { read_local_preference("p"); }).starts_with("status 77"));
-    EXPECT_NE(test::read_file("p").find("d/rainbow.plt\""), std::string::npos);
-    std::filesystem::current_path(folder);
-    deepen_to(243);
-    EXPECT_EQ(ending([] { read_local_preference("p"); }), "status 134: p does not exist...\n");
-    EXPECT_EQ(test::read_file("p"), "");
+    const std::string folder = std::filesystem::current_path().string();
+    for (const auto &[length, said] :
+         {std::pair{242U, "status 77: p does not exist...\n'Number of NumColumns' created in p"},
+          {243U, "status 134: p does not exist...\n"},
+          {254U, "status 0: p does not exist...\ncan't get directory path\n"}}) {
+        const std::string deep = folder + "/" + std::string(length - folder.size() - 1, 'd');
+        std::filesystem::create_directory(deep);
+        std::filesystem::current_path(deep);
+        EXPECT_TRUE(ending([] { read_local_preference("p"); }).starts_with(said)) << length;
+        EXPECT_EQ(test::read_file("p").find("d/rainbow.plt\"") != std::string::npos, length == 242);
+    }
     EXPECT_EQ(ending([] { read_local_preference("none/p"); }),
               "status 0: none/p does not exist...\ncan't create none/p\n");
-    deepen_to(254);
-    EXPECT_EQ(ending([] { read_local_preference("p"); }),
-              "status 0: p does not exist...\ncan't get directory path\n");
 }
 
 TEST(WholeText, MakesANewFileOrLeavesTheOldOne)

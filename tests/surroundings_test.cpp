@@ -105,9 +105,9 @@ static void run_together(int rounds)
     const std::string expected = preferences() + test::read_file("o.tif");
     for (int round = 0; round < rounds; ++round) {
         ASSERT_EQ(
-            shell("mv o.tif o; rm *.prf; for i in 0 1 2 3 4 5 6 7 8 9 a b c d e f; do "
+            shell("mv o.tif o; rm *.prf; all='0 1 2 3 4 5 6 7 8 9 a b c d e f'; for i in $all; do "
                   "(./tiffgen a.img o$i 0.0 >/dev/null; test $? = 1 || echo $i) & done; wait; "
-                  "for picture in o?.tif; do cmp o $picture; rm $picture; done; mv o o.tif; ls -A"),
+                  "for i in $all; do cmp o o$i.tif; rm o$i.tif; done; mv o o.tif; ls -A"),
             "status 0: GLOBAL.prf\na.hdr\na.img\no.tif\nrainbow.plt\ntiffgen\ntiffgen.prf\n");
         ASSERT_TRUE(preferences() + test::read_file("o.tif") == expected);
     }
