@@ -131,8 +131,10 @@ TEST(StudyCheck, SaysWhatAnEcatStudyLacks)
          [&](File &file) { put_entry(file, 11, 1, 39); }},
         {last_plane + "in the blocks of others, the first is plane 3\n",
          [&](File &file) {
-             put_entry(file, 11, 1, Block + 3); // where plane 2 is
-             put_entry(file, 11, 2, Block + 5);
+             file.put(38, 0, file.bytes.substr(static_cast<std::size_t>(Block - 1) * 512, 512));
+             file.put(40, 0, ""); // from the last block of the file's last plane on
+             put_entry(file, 11, 1, 38);
+             put_entry(file, 11, 2, 40);
          }},
         {"the directory goes on in block 1000, which is not in the file\n",
          [](File &file) { file.put32(2, 4, {1000}); }},
