@@ -381,12 +381,10 @@ TEST(NiftiRuns, ReplaceNothingButTheOutputAndLeaveNothingHalfMade)
                   "status 2: ");
     EXPECT_EQ(
         test::installed(
-            "mkfifo pipe.img; cp i.nii p.hdr; ln i.nii same.img; for pair in 'i.nii i.nii' 'i.nii "
-            "pipe.img' "
-            "'i.nii same.img' 'i.nii no/o.img' 'pipe.img o.img' 'no.nii o.img' 'i.nii p.nii' "
-            "'--form=x i.nii o.img'; "
-            "do nifti-to-raw $pair 2>&1 | head -n 1; done; rm pipe.img same.img p.hdr p.nii; ls "
-            "-A"),
+            "mkfifo pipe.img; cp i.nii p.hdr; ln i.nii same.img; for pair in 'i.nii i.nii' "
+            "'i.nii pipe.img' 'i.nii same.img' 'i.nii no/o.img' 'pipe.img o.img' 'no.nii o.img' "
+            "'i.nii p.nii' '--form=x i.nii o.img'; do nifti-to-raw $pair 2>&1 | head -n 1; done; "
+            "rm pipe.img same.img p.hdr p.nii; ls -A"),
         "status 0: the output would replace i.nii\ncan't open pipe.img\n"
         "the output would replace i.nii\ncan't open no/o.img\ncan't open pipe.img\n"
         "can't open no.nii\np.nii: " +
