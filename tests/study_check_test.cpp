@@ -36,13 +36,11 @@ TEST(StudyCheck, StatesWhatARawStudyHolds)
 // values.
 static std::string faults(const std::string &keyword, const std::string &image)
 {
-    return test::installed("tiffgen-check study " + keyword + " " + image +
-                           " 2>said >facts; s=$?; sed '/^tiffgen-check: not a whole study: /d; "
-                           "s/^tiffgen-check: " +
-                           image +
-                           ": //' said; "
-                           "echo $s; grep '^frame ' facts; true")
-        .substr(10);
+    const std::string said = test::installed(
+        "i=" + image + "; tiffgen-check study " + keyword +
+        " $i 2>said >facts; s=$?; sed \"/not a "
+        "whole study/d; s/^tiffgen-check: $i: //\" said; echo $s; grep '^frame ' facts; true");
+    return said.substr(std::string("status 0: ").size());
 }
 
 TEST(StudyCheck, SaysWhatARawStudyLacks)

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
+#include <iterator>
 
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -19,11 +19,9 @@ void write_file(const std::string &name, const std::string &bytes)
 
 std::string read_file(const std::string &name)
 {
-    const std::ifstream file(name, std::ios::binary);
+    std::ifstream file(name, std::ios::binary);
     EXPECT_TRUE(file.is_open()) << name;
-    std::ostringstream bytes;
-    bytes << file.rdbuf();
-    return bytes.str();
+    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 static Outcome run_apart(const std::function<void()> &procedure)
