@@ -5,20 +5,26 @@
 
 static const std::string Summary = "XD=  3;YD=  2;SL= 3;PX=2.000;PY=2.000;PZ=4.000;F= 1;B=0\n";
 
-// As `installed`, with an installation that was moved: $MOVED.
+// As `installed`, with what a program is built with, and an installation that was moved: $MOVED.
 static std::string build(const std::string &command)
 {
-    return test::installed(
-        "CXX='" CXX "'; MOVED=\"$PWD/moved here\"; cp -r \"$INSTALLED\" \"$MOVED\"; " + command);
+    for (const auto &[name, value] : {std::pair{"CXX", CXX},
+                                      {"CMAKE", CMAKE},
+                                      {"CMAKE_GENERATOR", GENERATOR},
+                                      {"MAKE_PROGRAM", MAKE_PROGRAM},
+                                      {"SIBLING", SIBLING}}) {
+        setenv(name, value, 1);
+    }
+    return test::installed("MOVED=\"$PWD/moved here\"; cp -r \"$INSTALLED\" \"$MOVED\"; " +
+                           command);
 }
 
 TEST(InstalledLibrary, IsFoundByCmake)
 {
     test::make_study();
-    EXPECT_EQ(build("{ '" CMAKE "' -S '" SIBLING "' -B b -G '" GENERATOR
-                    "' -DCMAKE_CXX_COMPILER=\"$CXX\" '-DCMAKE_MAKE_PROGRAM=" MAKE_PROGRAM
-                    "' \"-DCMAKE_PREFIX_PATH=$MOVED\" && '" CMAKE
-                    "' --build b; } >log 2>&1 || cat log; b/sibling FLOATB a.img"),
+    EXPECT_EQ(build("{ \"$CMAKE\" -S \"$SIBLING\" -B b \"-DCMAKE_MAKE_PROGRAM=$MAKE_PROGRAM\" "
+                    "\"-DCMAKE_PREFIX_PATH=$MOVED\" && \"$CMAKE\" --build b; } >log 2>&1 || "
+                    "cat log; b/sibling FLOATB a.img"),
               "status 0: " + Summary);
 }
 
@@ -30,7 +36,7 @@ TEST(InstalledLibrary, IsFoundByPkgConfig)
     EXPECT_EQ(build("PKG_CONFIG_PATH=$(echo \"$MOVED\"/lib*/pkgconfig) && "
                     "export PKG_CONFIG_PATH && pkg-config --modversion velmorant && "
                     "eval \"set -- $(pkg-config --cflags --libs velmorant)\" && \"$CXX\" "
-                    "-std=c++20 '" SIBLING "'/sibling.cpp -o sibling \"$@\" && "
+                    "-std=c++20 \"$SIBLING\"/sibling.cpp -o sibling \"$@\" && "
                     "./sibling FLOATB a.img"),
               "status 0: " VERSION "\n" + Summary);
 }

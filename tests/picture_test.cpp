@@ -128,13 +128,15 @@ TEST(Picture, ColoursComeFromThePaletteAndTheBarStandsBeside)
         expected.insert(expected.end(), {index, 255 - index, 7});
     }
     EXPECT_EQ(colour.bytes, expected);
-    const std::string check = TIFFGEN_CHECK " picture ox9.tif";
-    EXPECT_EQ(test::shell(check), "status 0: ox9.tif: whole, 3 x 8 pixels, colour\n");
+    const auto check = [] {
+        return test::summary(test::run_program(TIFFGEN_CHECK, {"t", "picture", "ox9.tif"}));
+    };
+    EXPECT_EQ(check(), "status 0: ox9.tif: whole, 3 x 8 pixels, colour\n");
 
     const test::Picture gray = make_picture({"-X1", "-s1", "-g1"});
     EXPECT_EQ(gray.bytes, (Values{15, 0,   0,   31, 0,  0,  47,  0, 0, 63,  191, 191,
                                   79, 127, 127, 95, 63, 63, 111, 0, 0, 254, 0,   0}));
-    EXPECT_EQ(test::shell(check), "status 0: ox9.tif: whole, 3 x 8 pixels, gray\n");
+    EXPECT_EQ(check(), "status 0: ox9.tif: whole, 3 x 8 pixels, gray\n");
 
     // A bar of 3/4 of the height has its ends at 1 and 7; the preference file is named by -p.
     test::write_file("p",
