@@ -398,7 +398,8 @@ TEST(NiftiRuns, ReplaceNothingButTheOutputAndLeaveNothingHalfMade)
             "truncate -s 1025M l.nii; nifti-to-raw i.nii o.img; cp o.hdr hdr; cp o.img img; "
             "(ulimit -f 1000; nifti-to-raw l.nii o.img); "
             "for signal in HUP TERM; do nifti-to-raw l.nii o.img & "
-            "until ls .nifti* >/dev/null; do :; done; kill -$signal $!; wait $!; echo $?; done "
+            "until ls .nifti* >/dev/null || ! kill -0 $!; do :; done; kill -$signal $!; wait $!; "
+            "echo $?; done "
             "2>/dev/null; cmp o.hdr hdr; cmp o.img img; rm hdr img; "
             "umask 27; nifti-to-raw i.nii o.img; stat -c %a o.*; ls -A"),
         "can't write o.img\nnifti-to-raw: not converted: l.nii\nstatus 0: o.img: " + Converted +
