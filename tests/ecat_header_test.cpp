@@ -1,6 +1,6 @@
 // Where the fields of the header blocks are. The records have the order of the blocks, every member
 // is filled, and fields never overlap: so the ends of each run without gaps fix all between them. Names
-// whose neighbours are stored alike are tied to their bytes.
+// whose neighbours are stored alike are tied to their bytes here, or in the files that images become.
 
 #include "ecat/headers.h"
 #include "prefs/file_handle.h"
