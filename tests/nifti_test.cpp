@@ -260,22 +260,17 @@ TEST(NiftiValues, StayShortWhereThatIsExactAndBecomeFloatsElsewhere)
         std::vector<float> values;
     } rows[] = {
         {"bytes",            2, 0, 7,          integers({0, 1, 254, 255}, 1),        shorts, {0, 1, 254, 255}},
-        {"signed bytes",   256, 2, 0,          integers({-128, -1, 1, 127}, 1),      shorts, {-256, -2, 2, 254}},
         {"a half",           4, 0.5, 0,        integers({-32768, -1, 1, 32767}, 2),  shorts, {-16384, -0.5F, 0.5F, 16383.5F}},
         {"a tenth",          4, tenth, 0,      integers({1, 3, 7, 32767}, 2),        shorts, {0.1F, 3 * 0.1F, 7 * 0.1F, 32767 * 0.1F}},
         {"too few decimals", 4, 1e-5, 0,       integers({1, 3, 7, 9}, 2),            floats, {1e-5F, 3e-5F, 7e-5F, 9e-5F}},
         {"an intercept",     4, 0.5, 16384,    integers({-32768, -1, 1, 32767}, 2),  words,  {0, 16383.5F, 16384.5F, 32767.5F}},
         {"between steps",    4, 1, 0.5,        integers({0, 1, 2, 3}, 2),            floats, {0.5F, 1.5F, 2.5F, 3.5F}},
-        {"words",          512, 1, 0,          integers({0, 1, 32768, 65535}, 2),    words,  {0, 1, 32768, 65535}},
         {"turned round",   512, -1, 0,         integers({0, 1, 32768, 65535}, 2),    words,  {0, -1, -32768, -65535}},
-        {"small 32 bits",    8, 1, 0,          integers({-32768, 0, 9, 32767}, 4),   shorts, {-32768, 0, 9, 32767}},
         {"large 32 bits",    8, 1, 0,          integers({-1, 0, 9, 32768}, 4),       floats, {-1, 0, 9, 32768}},
-        {"all 32 bits",    768, 1, 0,          integers({0, 1, 9, 4294967295}, 4),   floats, {0, 1, 9, 4294967296}},
         {"far from 0",     768, 1, -4294900000, integers({4294900000, 4294900001, 4294900002, 4294965535}, 4), words, {0, 1, 2, 65535}},
         {"64 bits",       1024, 1, 0,          integers({-5, 0, 9, 32767}, 8),       shorts, {-5, 0, 9, 32767}},
         {"all 64 bits",   1280, 1, 0,          integers({0, 1, 9, -1}, 8),           floats, {0, 1, 9, 0x1p64F}},
         {"floats",          16, 0, 0,          test::stored_floats({1e-30F, -0.1F, 3, 1e30F}, false), floats, {1e-30F, -0.1F, 3, 1e30F}},
-        {"scaled floats",   16, 2, 1,          test::stored_floats({1, 2, 3, 4}, false), floats, {3, 5, 7, 9}},
         {"doubles",         64, 0, 0,          integers({0x3FB999999999999A, -0x3FFC000000000000, 0, 0x7E37E43C8800759C}, 8), floats, {0.1F, -2.5F, 0, test::Infinity}},
     };
     // clang-format on
@@ -342,10 +337,8 @@ TEST(NiftiFiles, ThatAreDamagedAreRefusedAndLeaveNothing)
     };
     const std::pair<std::string, std::string> cases[] = {
         {"", no_image},
-        {whole.substr(0, 347), no_image},
         {whole.substr(0, 348), too_short},
         {whole.substr(0, whole.size() - 1), too_short},
-        {sized({4, 3, 2, 1000}), too_short},
         {sized({32767, 32767, 1, 1}), too_short},
         {sized({32767, 32767, 3, 1}), "illegal image dimensions in i.nii"},
         {sized({2, 3, 2, 1, 2}), "more than four dimensions in i.nii"},

@@ -3,7 +3,6 @@
 #include "prefs/preference_sets.h"
 #include "prefs/run_environment.h"
 #include "prefs/settings.h"
-#include "prefs/whole_text.h"
 #include "tests/support/test.h"
 
 using namespace velmorant;
@@ -135,21 +134,6 @@ TEST(PreferenceSets, WorkingDirectoryMustLeaveRoomForThePaletteName)
         EXPECT_TRUE(ending([] { read_local_preference("p"); }).starts_with(said)) << length;
         EXPECT_EQ(test::read_file("p").find("d/rainbow.plt\"") != std::string::npos, length == 242);
     }
-}
-
-TEST(WholeText, MakesANewFileOrLeavesTheOldOne)
-{
-    EXPECT_TRUE(create_whole("new", "all of it"));
-    EXPECT_FALSE(create_whole("new", "something else"));
-    EXPECT_EQ(test::read_file("new"), "all of it");
-}
-
-TEST(PreferenceSets, AKeyInTheNameOfAFolderIsFoundThere)
-{
-    std::filesystem::create_directory("gray scale: 0=color, 1=gray");
-    std::filesystem::current_path("gray scale: 0=color, 1=gray");
-    EXPECT_EQ(ending([] { read_local_preference("p"); }).find("'Gray"), std::string::npos);
-    EXPECT_EQ(lines_of(test::read_file("p")).size(), 6U);
 }
 
 TEST(RunEnvironment, OnlyTheCountedTextsAreReportedAndQuotationsNeedRoom)

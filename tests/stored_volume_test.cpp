@@ -35,9 +35,10 @@ TEST(StoredVolume, BoxesHoldThePixelsOfTheFile)
         SCOPED_TRACE(round);
         const auto &[x_dim, y_dim, slices] = Shapes[roll(0, 5)];
         const std::int32_t offset = roll(0, 3);
-        const ImageHeader header{1,          slices,     1,      0,          0,      x_dim,
-                                 y_dim,      1,          1,      1,          654.0F, roll(0, 1),
-                                 roll(0, 1), roll(0, 1), offset, roll(0, 1), 0};
+        const ImageHeader header{
+            1,      slices,     1, 0,      0,          x_dim,          y_dim,
+            1,      1,          1, 654.0F, roll(0, 1), 7 * roll(0, 1), roll(0, 1),
+            offset, roll(0, 1), 0};
         const auto type = static_cast<StoredType>(roll(1, 3));
         const std::int32_t size = x_dim * y_dim * slices;
         const auto all = static_cast<std::int32_t>(stored_bytes(type)) * size;

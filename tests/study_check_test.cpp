@@ -10,7 +10,6 @@ static std::string check(const std::string &keyword, const std::string &image)
 
 TEST(StudyCheck, StatesWhatARawStudyHolds)
 {
-    test::make_study();
     test::write_file("b.hdr", test::text_header("number of frames :=2\n!data format :=2\n"
                                                 "!pixel scaling value :=65400\n"
                                                 "!the superior to the inferior :=0\n"
@@ -18,11 +17,6 @@ TEST(StudyCheck, StatesWhatARawStudyHolds)
     test::write_file("b.img",
                      "???" + test::stored_integers(std::vector<std::int64_t>(36, 30000), 2, true) +
                          "more");
-    EXPECT_TRUE(
-        check("FLOATB", "a.img")
-            .ends_with("beds: 0 to 0\nstored as: 32-bit floats, big-endian, from byte 0 on\n"
-                       "right on left: 1\nanterior to posterior: 1\nsuperior to inferior: 1\nframe "
-                       "1, bed 0: 0 to 17\n"));
     EXPECT_EQ(check("FLOATB", "b.img"),
               "status 0: format: FLOATB\nsize: 3 x 2 x 3 pixels\npixel size: 2 x 2 x 4 mm\n"
               "frames: 1 to 2\nbeds: 0 to 0\n"
@@ -57,8 +51,6 @@ TEST(StudyCheck, SaysWhatARawStudyLacks)
         {"number of frames :=2\nnumber of beds :=1\n", frame + frame + frame + "1234567",
          "frame 2, bed 1 has 7 of 72 bytes; volumes missing after it: 0\n1\n"
          "frame 1, bed 0: 5 to 5\nframe 2, bed 0: 5 to 5\nframe 1, bed 1: 5 to 5\n"},
-        {"number of frames :=3\n", frame,
-         "frame 2, bed 0 has 0 of 72 bytes; volumes missing after it: 1\n1\nframe 1, bed 0: 5 to 5\n"},
         {"!data offset in bytes :=100\n", frame,
          "frame 1, bed 0 has 0 of 72 bytes; volumes missing after it: 0\n1\n"},
         // A header that promises eight gigabytes costs nothing.
@@ -121,8 +113,6 @@ TEST(StudyCheck, SaysWhatAnEcatStudyLacks)
          [](File &file) { file.put16(1, 378, {4096}); }},
         {last_plane + "of no size, or of another than the first, the first is plane 3\n",
          [](File &file) { file.put16(Block, 132, {21}); }},
-        {last_plane + "of no size, or of another than the first, the first is plane 3\n",
-         [](File &file) { file.put16(Block, 184, {0, 0}); }},
         {last_plane + "not wholly in the file, the first is plane 3\n",
          [&](File &file) { put_entry(file, 11, 2, Block + 1); }},
         {last_plane + "not wholly in the file, the first is plane 3\n",
@@ -140,11 +130,7 @@ TEST(StudyCheck, SaysWhatAnEcatStudyLacks)
          [](File &file) { file.bytes.resize(38 * 512 - 1); }},
         {"more than the 4096 frames, 256 planes, 64 gates and 16 beds that have numbers of their own\n",
          [](File &file) { file.put16(1, 382, {16}); }},
-        {"it is gated, which tiffgen doesn't show\n"
-         "more than the 4096 frames, 256 planes, 64 gates and 16 beds that have numbers of their own\n",
-         [](File &file) { file.put16(1, 380, {65}); }},
         {"the main header promises no planes\n", [](File &file) { file.put16(1, 376, {0}); }},
-        {"the main header promises no planes\n", [](File &file) { file.put16(1, 376, {-1}); }},
     };
     // clang-format on
     for (const auto &row : cases) {
