@@ -70,7 +70,7 @@ void make_picture(const RunRequest &request)
     norm_histogram(volume, INT_NormSet, values, INT_OutOfFieldCheck);
     print_normvalue(values);
     PictureStyle style = choose_style(request, header);
-    if (request.max_pixel_value == 0.0F) {
+    if (request.max_pixel_value == 0.0F) { // the pixels are rescaled as they are rendered
         style.mapping.rescaling = {INT_Global / values.max, INT_OutOfFieldCheck,
                                    INT_OutOfFieldValue};
         style.mapping.range.top = INT_Global;

@@ -115,7 +115,7 @@ static void peak_stage(benchmark::State &state)
                           [&] { benchmark::DoNotOptimize(find(volume, survey, 0.5F)); });
     }
 }
-BENCHMARK(peak_stage)->Name("peak/low")->Apply(bench::stage_sizes);
+BENCHMARK(peak_stage)->Name("peak/counted")->Apply(bench::stage_sizes);
 
 static void average_stage(benchmark::State &state)
 {

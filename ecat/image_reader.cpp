@@ -225,7 +225,8 @@ static StoredVolume open_planes(const char *file_name, const ImageHeader &header
             end_run(-1);
         }
         const StoredPart part = locate_plane(stream, file_bytes, *entry, header);
-        if (volume.part_pixels > 0) { // planes without pixels, of which there may be any number
+        // Planes without pixels need no part. There may be any number of them.
+        if (volume.part_pixels > 0) {
             volume.parts.push_back(part);
         }
     };

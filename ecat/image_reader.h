@@ -57,7 +57,8 @@ std::int32_t read_header_cti6(const char *file_name, ImageHeader &header);
 // there. Ends the process with status -1 and
 //   "matrix (1,30,1,0,0) not found..."    the directory lacks the plane; no line break
 //   what `mat_rblk` says                  a block can't be read
-// Ends the run as `checked_plane_size` does.
+// Ends the run as `checked_plane_size` does, and for 2^31 planes or more with
+//   "more planes than a volume can have"
 StoredVolume open_volume_cti6(const char *file_name, const ImageHeader &header,
                               const ImageMatrix &selector);
 

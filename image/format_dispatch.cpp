@@ -13,7 +13,6 @@
 #include <cstdio>
 #include <limits>
 #include <string_view>
-#include <utility>
 
 namespace velmorant
 {
@@ -99,9 +98,11 @@ std::string header_file(const char *header_name, const char *keyword)
 
 std::vector<std::string> image_files(const char *image_name, const char *keyword)
 {
-    std::string header = header_file(image_name, keyword);
-    return keyword == EcatKeyword ? std::vector<std::string>{image_name}
-                                  : std::vector<std::string>{image_name, std::move(header)};
+    std::vector<std::string> files{image_name};
+    if (keyword != EcatKeyword) {
+        files.push_back(header_file(image_name, keyword));
+    }
+    return files;
 }
 
 static std::string describe_study(const ImageHeader &header)

@@ -26,8 +26,7 @@ std::int64_t file_size(std::FILE *stream)
 
 std::int64_t bytes_to_read(std::FILE *stream)
 {
-    struct stat status {
-    };
+    struct stat status = {};
     // Some file systems make up their files' contents and state a size of 0.
     const bool known =
         fstat(fileno(stream), &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0;
